@@ -1,0 +1,20 @@
+# SPDX-License-Identifier: MIT
+# What every target of this project is compiled with.
+add_library(drask_warnings INTERFACE)
+target_compile_features(drask_warnings INTERFACE cxx_std_17)
+target_compile_options(drask_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
+  -Woverloaded-virtual
+  $<$<BOOL:${DRASK_WARNINGS_AS_ERRORS}>:-Werror>)
+target_compile_definitions(drask_warnings INTERFACE
+  QT_DEPRECATED_WARNINGS
+  QT_DISABLE_DEPRECATED_BEFORE=0x050F00
+  QT_NO_FOREACH
+  QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+
+# What ships says of every literal which encoding it has; tests may use plain ones.
+add_library(drask_strict_strings INTERFACE)
+target_compile_definitions(drask_strict_strings INTERFACE
+  QT_NO_CAST_FROM_ASCII
+  QT_NO_CAST_TO_ASCII
+  QT_NO_CAST_FROM_BYTEARRAY)
