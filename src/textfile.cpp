@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#include "textfile.h"
+
+#include <QFile>
+
+Utf8Stream::Utf8Stream(QIODevice *device)
+    : QTextStream(device)
+{
+    setCodec("UTF-8");
+}
+
+QString readText(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        return QString();
+    }
+    return Utf8Stream(&file).readAll();
+}
+
+void visitLines(const QString &path, const std::function<bool(const QString &)> &visit)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        return;
+    }
+    Utf8Stream stream(&file);
+    QString line;
+    while (stream.readLineInto(&line) && visit(line)) { }
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QIODevice>
+#include <QString>
+#include <QTextStream>
+
+#include <functional>
+
+/// What every text file of this program needs, whoever reads or writes it.
+
+/// A text stream over a device that reads and writes UTF-8 without a byte-order mark.
+class Utf8Stream : public QTextStream {
+public:
+    /// \a device is open already and outlives the stream, which flushes into it when it goes away.
+    explicit Utf8Stream(QIODevice *device);
+};
+
+/// Opens the file \a path read-only in text mode (which drops every carriage return) and returns
+/// its whole text; an empty text for a file that is missing or cannot be opened. Logs nothing.
+QString readText(const QString &path);
+
+/// Reads the file \a path, in text mode, line by line and hands each line (without its line end) to
+/// \a visit, until that returns false or the file ends. A file that is missing or cannot be opened
+/// has no lines. Logs nothing.
+void visitLines(const QString &path, const std::function<bool(const QString &)> &visit);
