@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+
+/// The hosts that the program knows: where each one's plug-in comes from and where it goes.
+
+/// One install target.
+struct PluginPathStruct {
+    QString applicationName; ///< host key, such as "maya"
+    QString path;            ///< the host's installation folder, without a trailing slash
+    QString pluginSubFolder = QLatin1String(""); ///< the plug-in's folder inside path: begins with
+                                                 ///< "/", or is empty
+    QString sourceFolder = QLatin1String("");    ///< the shipped plug-in; empty for an unknown host
+    int version = -9999; ///< the version that the manager wants; -9999 for an unknown host
+
+    /// Where the plug-in goes: path and pluginSubFolder, joined as they stand.
+    QString targetFolder() const;
+};
+
+/// Returns the install targets of the host \a applicationName (a key of the host table, compared
+/// case-sensitively) that is installed in the folder \a path, with the versions that the manager's
+/// settings record (0 where they have none):
+/// - a known host: one record;
+/// - "3dsmax": six records, one a language, in the order CHS, DEU, ENU, FRA, JPN, KOR;
+/// - an unknown key: one record with no folders and the version -9999.
+///
+/// Logs "applicationName" and "path" with their values.
+QList<PluginPathStruct> getPluginInfoList(QString applicationName, QString path);
