@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "uninstaller/pluginuninstaller.h"
+
+#include "textfile.h"
+
+#include <QDebug>
+#include <QFile>
+
+namespace {
+
+constexpr int fileNotDeleted = 2;
+
+int deleteListedFiles(QFile &manifest)
+{
+    int result = 0;
+    Utf8Stream stream(&manifest);
+    QString line;
+    while (stream.readLineInto(&line)) {
+        if (QFile::exists(line) && !QFile::remove(line)) {
+            result = fileNotDeleted;
+        }
+    }
+    return result;
+}
+
+void deleteFile(const QString &path)
+{
+    if (!QFile::remove(path)) {
+        qDebug() << "could not delete " << path;
+    }
+}
+
+} // namespace
+
+PluginUninstaller::PluginUninstaller(QObject *parent)
+    : QObject(parent)
+{
+}
+
+int PluginUninstaller::uninstallPlugin(const QString &folder)
+{
+    qDebug() << "begin uninstall";
+    QFile manifest(folder + QLatin1String("/uninstall.ini"));
+    if (!manifest.open(QIODevice::ReadOnly)) {
+        qDebug() << "cannot open " << manifest.fileName() << " for reading, ignore";
+    }
+    qDebug() << manifest.fileName();
+    int result = 0;
+    if (manifest.isOpen()) {
+        result = deleteListedFiles(manifest);
+        manifest.close();
+    }
+    // Deliberate: attempted also when they are not there; support reads the two lines in the log.
+    deleteFile(manifest.fileName());
+    deleteFile(folder + QLatin1String("/manager.cfg"));
+    return result;
+}
