@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: MIT
+#include "uninstaller/ov3uninstaller.h"
+
+#include "uninstaller/legacyfiles.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+#include <QTextStream>
+
+namespace {
+
+struct LegacyHost {
+    bool (*recognises)(const QString &path);
+    QString (*pluginFolder)(const QString &path);
+};
+
+// clang-format off
+/// The first row that recognises a path decides: a "c4d" folder below "maya" is Cinema 4D.
+constexpr LegacyHost legacyHosts[] = {
+    {Ov3Uninstaller::isC4DPath,     Ov3Uninstaller::getC4DPath},
+    {Ov3Uninstaller::isMaxPath,     Ov3Uninstaller::getMaxPath},
+    {Ov3Uninstaller::isMayaPath,    Ov3Uninstaller::getMayaPath},
+    {Ov3Uninstaller::isXsiPath,     Ov3Uninstaller::getXsiPath},
+    {Ov3Uninstaller::isLwvPath,     Ov3Uninstaller::getLwvPath},
+    {Ov3Uninstaller::isModoPath,    Ov3Uninstaller::getModoPath},
+    {Ov3Uninstaller::isBlenderPath, Ov3Uninstaller::getBlenderPath},
+};
+// clang-format on
+
+constexpr int newestBlenderMinor = 99;
+constexpr int oldestBlenderMinor = 58;
+
+bool mentions(const QString &path, QLatin1String word)
+{
+    return path.toLower().contains(word);
+}
+
+QString besideProgram(const QString &path, QLatin1String folder)
+{
+    return QFileInfo(path).absolutePath() + folder;
+}
+
+QSet<QString> legacyNames()
+{
+    const QStringList names = QString(legacyFileList).split(QLatin1Char(','));
+    return QSet<QString>(names.cbegin(), names.cend());
+}
+
+} // namespace
+
+int Ov3Uninstaller::deleteOldPlugins(QString listFile)
+{
+    const QList<QString> folders = findPluginFolders(listFile);
+    for (const QString &folder : folders) {
+        const QList<QString> files = findPluginFiles(folder);
+        for (const QString &file : files) {
+            static_cast<void>(QFile::remove(file));
+        }
+    }
+    // Deliberate: what could not be deleted is no failure; the manager asks for no action here.
+    return 0;
+}
+
+QList<QString> Ov3Uninstaller::findPluginFolders(const QString &listFile)
+{
+    QList<QString> folders;
+    QFile file(listFile);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return folders;
+    }
+    QTextStream stream(&file);
+    QString line;
+    while (stream.readLineInto(&line)) {
+        if (!line.startsWith(QLatin1String("path"))) {
+            continue;
+        }
+        const QString value = line.mid(line.indexOf(QLatin1Char('=')) + 1).trimmed();
+        const QString folder = getProgramPluginFolder(value);
+        if (!folder.isEmpty() && QFile::exists(folder)) {
+            folders.append(folder);
+        }
+    }
+    return folders;
+}
+
+QList<QString> Ov3Uninstaller::findPluginFiles(const QString &folder)
+{
+    static const QSet<QString> names = legacyNames();
+    QList<QString> files;
+    QDirIterator entries(QDir(folder), QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        entries.next();
+        if (names.contains(entries.fileName()) && !entries.fileInfo().isDir()) {
+            files.append(entries.filePath());
+        }
+    }
+    return files;
+}
+
+QString Ov3Uninstaller::getProgramPluginFolder(const QString &path)
+{
+    for (const LegacyHost &host : legacyHosts) {
+        if (host.recognises(path)) {
+            return host.pluginFolder(path);
+        }
+    }
+    return QString();
+}
+
+bool Ov3Uninstaller::isC4DPath(const QString &path)
+{
+    return mentions(path, QLatin1String("cinema")) || mentions(path, QLatin1String("c4d"));
+}
+
+bool Ov3Uninstaller::isMaxPath(const QString &path)
+{
+    return mentions(path, QLatin1String("3ds"));
+}
+
+bool Ov3Uninstaller::isMayaPath(const QString &path)
+{
+    return mentions(path, QLatin1String("maya"));
+}
+
+bool Ov3Uninstaller::isXsiPath(const QString &path)
+{
+    return mentions(path, QLatin1String("xsi"));
+}
+
+bool Ov3Uninstaller::isLwvPath(const QString &path)
+{
+    return mentions(path, QLatin1String("lightwav")) || mentions(path, QLatin1String("layout"));
+}
+
+bool Ov3Uninstaller::isModoPath(const QString &path)
+{
+    return mentions(path, QLatin1String("modo"));
+}
+
+bool Ov3Uninstaller::isBlenderPath(const QString &path)
+{
+    return mentions(path, QLatin1String("blender"));
+}
+
+QString Ov3Uninstaller::getC4DPath(const QString &path)
+{
+    return besideProgram(path, QLatin1String("/Plugins/Drask"));
+}
+
+QString Ov3Uninstaller::getMaxPath(const QString &path)
+{
+    return besideProgram(path, QLatin1String("/scripts/startup/drask"));
+}
+
+QString Ov3Uninstaller::getMayaPath(const QString &path)
+{
+    return besideProgram(path, QLatin1String("/scripts/Drask"));
+}
+
+QString Ov3Uninstaller::getXsiPath(const QString &path)
+{
+    // Deliberate: the whole folder; the old XSI plug-in lay among those of others.
+    return besideProgram(path, QLatin1String("/Plugins"));
+}
+
+QString Ov3Uninstaller::getLwvPath(const QString &path)
+{
+    return besideProgram(path, QLatin1String("/Plugins/Drask"));
+}
+
+QString Ov3Uninstaller::getModoPath(const QString &path)
+{
+    return besideProgram(path, QLatin1String("/drask"));
+}
+
+QString Ov3Uninstaller::getBlenderPath(const QString &path)
+{
+    const QString versions = besideProgram(path, QLatin1String("/2."));
+    for (int minor = newestBlenderMinor; minor >= oldestBlenderMinor; --minor) {
+        const QString candidate = versions + QString::number(minor);
+        if (QFile::exists(candidate)) {
+            return candidate + QLatin1String("/scripts/startup/adrask");
+        }
+    }
+    return QString();
+}
