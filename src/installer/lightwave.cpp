@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+#include "installer/lightwave.h"
+
+#include "installer/plugininstaller.h"
+#include "textfile.h"
+
+#include <QDebug>
+#include <QDir>
+
+/// The linker drops a static library's resources unless they are asked for by name, outside of any
+/// namespace.
+static void loadMenuResource()
+{
+    Q_INIT_RESOURCE(lightwavemenu);
+}
+
+namespace {
+
+constexpr int configNotOpened = 3;
+
+constexpr QLatin1String lineBreak("\r\n");
+constexpr QLatin1String menuEntry("MenuEntry 2 . Generic_Drask Tasklancer\r\n");
+constexpr QLatin1String optionsAnchor("menuentry 1 options");
+constexpr QLatin1String groupAnchor("menuentry 131072 1 _");
+
+struct ConfigFiles {
+    QString menu;
+    QString extension;
+};
+
+QString underOptions(const QString &menu, const QString &lower, int options)
+{
+    const int lineEnd = lower.indexOf(lineBreak, options + 1);
+    if (lineEnd <= 0) {
+        return QString();
+    }
+    const int next = lineEnd + lineBreak.size();
+    return menu.left(next) + menuEntry + menu.mid(next);
+}
+
+QString withDefaultMenu(const QString &menu, const QString &lower)
+{
+    const int group = lower.indexOf(groupAnchor);
+    if (group <= 0) {
+        return QString();
+    }
+    // Deliberate: only the "_" and the line break behind it make room, so that the default menu's
+    // first line joins what is left of the group's line.
+    const int groupName = group + groupAnchor.size() - 1;
+    return menu.left(groupName) + defaultLightwaveMenu() + menu.mid(groupName + 3);
+}
+
+ConfigFiles findConfigFiles(const QString &folder)
+{
+    ConfigFiles found;
+    const QStringList names = QDir(folder).entryList(QDir::Files | QDir::NoDotAndDotDot,
+                                                     QDir::Unsorted);
+    for (const QString &name : names) {
+        if (!name.endsWith(QLatin1String(".CFG"))) {
+            continue;
+        }
+        const QString path = folder + QLatin1Char('/') + name;
+        qDebug() << "cfgfile: " << path;
+        if (name.startsWith(QLatin1String("LW"))) {
+            (name.contains(QLatin1String("EXT")) ? found.extension : found.menu) = path;
+        }
+    }
+    return found;
+}
+
+bool isFile(const QString &path)
+{
+    return !path.isEmpty() && QFile::exists(path);
+}
+
+void chooseMissingFiles(ConfigFiles &files, const QString &folder)
+{
+    if (!isFile(files.menu)) {
+        qDebug() << "cfg file does not exist, create new file";
+        files.menu = folder + QLatin1String("/LW.CFG");
+    }
+    if (!isFile(files.extension)) {
+        qDebug() << "ext cfg file does not exist, create nwe file" << files.extension;
+        // Deliberate: the menu file takes the name, and the extension file stays without one; its
+        // opening then fails, and callers take the result as "no LightWave here".
+        files.menu = folder + QLatin1String("/LWEXT.CFG");
+    }
+}
+
+/// Deliberate: backs up with the copy of the open file object itself. A backup that is made closes
+/// the file, and \a text goes nowhere; a backup from before is kept, and \a text lands behind the
+/// old content.
+void backUpAndWrite(QFile &file, QTextStream &stream, const QString &text)
+{
+    static_cast<void>(file.copy(file.fileName() + QLatin1String("_bak")));
+    stream << text;
+    stream.flush();
+    static_cast<void>(file.flush());
+    file.close();
+}
+
+bool openConfig(QFile &file)
+{
+    if (!file.open(QIODevice::ReadWrite)) {
+        qDebug() << "cannot open lightwave cfg file";
+        return false;
+    }
+    return true;
+}
+
+/// Edits the menu file and gives its text, changed or not, to \a menuText.
+int editMenuFile(const QString &path, QString &menuText)
+{
+    QFile file(path);
+    if (!openConfig(file)) {
+        return configNotOpened;
+    }
+    Utf8Stream stream(&file);
+    menuText = stream.readAll();
+    const QString changed = withLightwaveMenuEntry(menuText);
+    if (!changed.isNull()) {
+        menuText = changed;
+        backUpAndWrite(file, stream, menuText);
+    }
+    return 0;
+}
+
+int editExtensionFile(const QString &path, const QString &entry, const QString &menuText)
+{
+    QFile file(path);
+    if (!openConfig(file)) {
+        return configNotOpened;
+    }
+    Utf8Stream stream(&file);
+    const QString text = stream.readAll();
+    if (!text.toLower().contains(QLatin1String("drask tasklancer"))) {
+        // Deliberate: the menu's text is written here, and the extension's goes nowhere.
+        const QString extended = entry + text;
+        Q_UNUSED(extended)
+        backUpAndWrite(file, stream, menuText);
+    }
+    return 0;
+}
+
+} // namespace
+
+QString defaultLightwaveMenu()
+{
+    loadMenuResource();
+    QFile menu(QStringLiteral(":/drask/lightwavemenu.cfg"));
+    static_cast<void>(menu.open(QIODevice::ReadOnly));
+    return QString::fromLatin1(menu.readAll());
+}
+
+QString lightwaveExtensionEntry(const QString &module)
+{
+    return QLatin1String("{ Entry\r\n  Class \"LayoutGeneric\"\r\n  Name \"Drask Tasklancer\"\r\n"
+                         "  Module \"")
+        + QString(module).replace(QLatin1String("\\"), QLatin1String("\\\\"))
+        + QLatin1String("\"\r\n}\r\n");
+}
+
+QString withLightwaveMenuEntry(const QString &menu)
+{
+    const QString lower = menu.toLower();
+    if (lower.contains(QLatin1String("tasklancer"))) {
+        return QString();
+    }
+    const int options = lower.indexOf(optionsAnchor);
+    // Deliberate: an anchor at the very start does not count as one.
+    return options > 0 ? underOptions(menu, lower, options) : withDefaultMenu(menu, lower);
+}
+
+int PluginInstaller::editLwvCfgFile(const QString &folder)
+{
+    ConfigFiles files = findConfigFiles(folder);
+    chooseMissingFiles(files, folder);
+    QString menuText;
+    const int result = editMenuFile(files.menu, menuText);
+    if (result > 0) {
+        return result;
+    }
+    return editExtensionFile(files.extension, lightwaveExtensionEntry(folder), menuText);
+}
