@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "installpass.h"
+
+#include "globals.h"
+#include "hoststeps.h"
+#include "installer/plugininstaller.h"
+#include "logging.h"
+#include "managersettings.h"
+#include "versionfile.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+
+namespace {
+
+void makeTargetFolder(const QString &target)
+{
+    if (!QDir(target).exists()) {
+        // A folder that cannot be made shows when the plug-in is copied.
+        static_cast<void>(QDir().mkpath(target));
+    }
+}
+
+bool isInstalled(const PluginPathStruct &host)
+{
+    if (readVersionTxt(host.targetFolder()) != host.version) {
+        return false;
+    }
+    qDebug() << "version already installed: " << host.targetFolder();
+    return true;
+}
+
+int copyPlugin(PluginInstaller &installer, const PluginPathStruct &host)
+{
+    if (installer.copyFolder(host.sourceFolder, host.targetFolder(), false) > 0) {
+        writeErrorFile(QLatin1String("Could not copy file to: \n") + host.targetFolder());
+        return ExitCode::pluginNotCopied;
+    }
+    return 0;
+}
+
+int writeManagerConfig(const PluginInstaller &installer, const PluginPathStruct &host)
+{
+    const QString target = host.targetFolder();
+    const QString configFile = target + QLatin1String("/manager.cfg");
+    if (installer.writeConfig(configFile, installerVersion, isCinema4d(host)) > 0) {
+        // Deliberate: no slash before the name; the manager knows the message as it stands.
+        writeErrorFile(QLatin1String("Could not write config file in: \n") + target
+                       + QLatin1String("manager.cfg"));
+        return ExitCode::configurationNotWritten;
+    }
+    return 0;
+}
+
+/// Serves one host. Each step that fails overwrites \a exitCode; none stops those behind it.
+void installHost(PluginInstaller &installer, const PluginPathStruct &host, bool forceReinstall,
+                 int &exitCode)
+{
+    const auto judge = [&exitCode](int stepResult) {
+        if (stepResult > 0) {
+            exitCode = stepResult;
+        }
+    };
+    makeTargetFolder(host.targetFolder());
+    const bool alreadyInstalled = !forceReinstall && isInstalled(host);
+    if (!alreadyInstalled) {
+        judge(copyPlugin(installer, host));
+    }
+    judge(writeManagerConfig(installer, host));
+    removeLegacyCinema4dFiles(host);
+    if (!alreadyInstalled) {
+        judge(runHostSteps(host));
+    }
+}
+
+} // namespace
+
+int runInstallPass(const QList<PluginPathStruct> &hosts, const ManagerSettings &settings,
+                   bool forceReinstall, int exitCode)
+{
+    qDebug() << "!!!settings local: "
+             << settings.value(QStringLiteral("PathOptions/localProjectsFolder"));
+    const bool copyTexFiles = settings.value(QStringLiteral("Settings/copyTexFiles"), true)
+                                  .toBool();
+    const QString programFolder = QCoreApplication::applicationDirPath();
+    PluginInstaller installer(programFolder, username, localProjectsFolder, onlyWriteConfig,
+                              copyTexFiles);
+    installer.readCPUinfo();
+
+    for (const PluginPathStruct &host : hosts) {
+        if (host.path.contains(QLatin1Char('/'))) {
+            installHost(installer, host, forceReinstall, exitCode);
+        } else {
+            qDebug() << "nothing to copy for " << host.applicationName;
+        }
+    }
+    static_cast<void>(PluginInstaller::writeVersionFile(programFolder, installerVersion));
+    qDebug() << exitCode;
+    return exitCode;
+}

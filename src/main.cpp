@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#include "driver.h"
+
+int main(int argc, char *argv[])
+{
+    return runDriver(argc, argv);
+}
