@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStringList>
+
+namespace test {
+
+/// While it lives, collects what is logged instead of printing it: "Debug: …", "Warning: …". One at
+/// a time.
+class LogCapture {
+public:
+    LogCapture();
+    ~LogCapture();
+    LogCapture(const LogCapture &) = delete;
+    LogCapture &operator=(const LogCapture &) = delete;
+
+    /// What was logged since the object was made.
+    QStringList lines() const;
+};
+
+} // namespace test

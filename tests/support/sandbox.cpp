@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include "sandbox.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QtTest>
+
+namespace test {
+
+namespace {
+
+const QDateTime longAgo(QDate(2001, 2, 3), QTime(4, 5, 6), Qt::UTC);
+
+/// Tests must not go on with a sandbox that is not as they made it.
+void require(bool done, const QString &what)
+{
+    if (!done) {
+        qFatal("The sandbox could not %s", qPrintable(what));
+    }
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return QByteArray();
+    }
+    const QByteArray content = file.readAll();
+    return content.isNull() ? QByteArray("") : content;
+}
+
+QString shown(const QByteArray &content)
+{
+    return content.isEmpty() ? "(empty)" : QString::fromUtf8(content.left(2000));
+}
+
+} // namespace
+
+Tree readTree(const QString &folder)
+{
+    Tree tree;
+    QDirIterator entries(folder,
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString path = entries.next();
+        const QString name = QDir(folder).relativeFilePath(path);
+        const QFileInfo info = entries.fileInfo();
+        if (info.isSymLink()) {
+            tree.insert(name + QLatin1Char('@'), info.symLinkTarget().toUtf8());
+        } else if (info.isDir()) {
+            tree.insert(name + QLatin1Char('/'), QByteArray(""));
+        } else {
+            tree.insert(name, contentOf(path));
+        }
+    }
+    return tree;
+}
+
+QString treeDifference(const Tree &actual, const Tree &expected)
+{
+    QStringList lines;
+    for (auto entry = expected.cbegin(); entry != expected.cend(); ++entry) {
+        if (!actual.contains(entry.key())) {
+            lines << "missing: " + entry.key();
+        } else if (actual.value(entry.key()) != entry.value()) {
+            lines << QStringLiteral("differs: %1\n--- expected\n%2\n--- actual\n%3")
+                         .arg(entry.key(), shown(entry.value()), shown(actual.value(entry.key())));
+        }
+    }
+    for (auto entry = actual.cbegin(); entry != actual.cend(); ++entry) {
+        if (!expected.contains(entry.key())) {
+            lines << "unexpected: " + entry.key();
+        }
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+Sandbox::Sandbox()
+    : home(QDir::tempPath() + "/drask tést XXXXXX")
+{
+    require(home.isValid(), "be made");
+    // Other users, as whom permission cases run, must be able to reach what is theirs.
+    QFile::setPermissions(home.path(),
+                          QFile::permissions(home.path()) | QFile::ReadGroup | QFile::ExeGroup
+                              | QFile::ReadOther | QFile::ExeOther);
+}
+
+Sandbox::~Sandbox()
+{
+    if (QTest::currentTestFailed()) {
+        home.setAutoRemove(false);
+        qInfo("The sandbox stays: %s", qPrintable(home.path()));
+    }
+}
+
+QString Sandbox::path(const QString &relative) const
+{
+    return relative.isEmpty() ? home.path() : home.path() + QLatin1Char('/') + relative;
+}
+
+void Sandbox::write(const QString &relative, const QByteArray &content) const
+{
+    const QString name = path(relative);
+    require(QDir().mkpath(QFileInfo(name).path()), "make folders for " + name);
+    QFile file(name);
+    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(),
+            "write " + name);
+}
+
+QByteArray Sandbox::read(const QString &relative) const
+{
+    return contentOf(path(relative));
+}
+
+bool Sandbox::exists(const QString &relative) const
+{
+    return QFileInfo::exists(path(relative));
+}
+
+void Sandbox::makeFolder(const QString &relative) const
+{
+    require(QDir().mkpath(path(relative)), "make " + relative);
+}
+
+void Sandbox::makeLink(const QString &target, const QString &relative) const
+{
+    require(QDir().mkpath(QFileInfo(path(relative)).path()) && QFile::link(target, path(relative)),
+            "link " + relative);
+}
+
+void Sandbox::remove(const QString &relative) const
+{
+    const QFileInfo info(path(relative));
+    require(info.isDir() && !info.isSymLink() ? QDir(path(relative)).removeRecursively()
+                                              : QFile::remove(path(relative)),
+            "remove " + relative);
+}
+
+void Sandbox::age(const QString &relative) const
+{
+    QFile file(path(relative));
+    require(file.open(QIODevice::ReadWrite)
+                && file.setFileTime(longAgo, QFileDevice::FileModificationTime),
+            "age " + relative);
+}
+
+bool Sandbox::isAged(const QString &relative) const
+{
+    return QFileInfo(path(relative)).lastModified().toUTC() == longAgo;
+}
+
+Tree Sandbox::tree() const
+{
+    return readTree(path());
+}
+
+} // namespace test

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QTemporaryDir>
+
+namespace test {
+
+/// A folder with all that is in it: relative path -> content. Folders end in "/" and have an empty
+/// content; links end in "@" and have their target as content.
+using Tree = QMap<QString, QByteArray>;
+
+/// Reads the whole tree below \a folder, hidden entries included. Links are not followed.
+Tree readTree(const QString &folder);
+
+/// Says, a line an entry, how \a actual differs from \a expected; empty when it does not.
+/// Compare with QCOMPARE(treeDifference(…), QString()).
+QString treeDifference(const Tree &actual, const Tree &expected);
+
+/// A temporary folder of one test case, with a blank and a non-ASCII letter in its name. When the
+/// case is red, the folder stays and its name is printed. Paths given to the members are relative
+/// to the folder.
+class Sandbox {
+public:
+    Sandbox();
+    ~Sandbox();
+    Sandbox(const Sandbox &) = delete;
+    Sandbox &operator=(const Sandbox &) = delete;
+
+    /// The absolute path of \a relative; of the folder itself for an empty text. No trailing slash.
+    QString path(const QString &relative = QString()) const;
+
+    /// Writes a file, with all missing folders above it.
+    void write(const QString &relative, const QByteArray &content) const;
+    /// Returns the content of a file; a null array when there is none.
+    QByteArray read(const QString &relative) const;
+    bool exists(const QString &relative) const;
+    void makeFolder(const QString &relative) const;
+    void makeLink(const QString &target, const QString &relative) const;
+    void remove(const QString &relative) const;
+
+    /// Sets the time of a file back to a date long ago, so that isAged() can tell whether it was
+    /// written since.
+    void age(const QString &relative) const;
+    bool isAged(const QString &relative) const;
+
+    /// Everything in the sandbox.
+    Tree tree() const;
+
+private:
+    QTemporaryDir home;
+};
+
+} // namespace test
