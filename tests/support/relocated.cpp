@@ -8,9 +8,15 @@
 
 namespace test {
 
+namespace {
+
+/// Set in the environment of the relocated program.
+constexpr char marker[] = "DRASK_TEST_RELOCATED";
+
+} // namespace
+
 int runRelocated(int argc, char *argv[], int (*runTests)(int argc, char *argv[]))
 {
-    const char marker[] = "DRASK_TEST_RELOCATED";
     if (qEnvironmentVariableIsSet(marker)) {
         return runTests(argc, argv);
     }
@@ -28,6 +34,29 @@ int runRelocated(int argc, char *argv[], int (*runTests)(int argc, char *argv[])
         qInfo("The folder stays: %s", qPrintable(folder.path()));
     }
     return result;
+}
+
+ProgramFolder::ProgramFolder()
+    : Folder(QCoreApplication::applicationDirPath())
+{
+    if (!qEnvironmentVariableIsSet(marker)) {
+        qFatal("Only a relocated program has a folder of its own");
+    }
+    const QString program = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
+    const QStringList names = QDir(path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System
+                                                     | QDir::NoDotAndDotDot);
+    for (const QString &name : names) {
+        if (name != program) {
+            remove(name);
+        }
+    }
+}
+
+Tree ProgramFolder::tree() const
+{
+    Tree everything = Folder::tree();
+    everything.remove(QFileInfo(QCoreApplication::applicationFilePath()).fileName());
+    return everything;
 }
 
 } // namespace test

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "sandbox.h"
+
 #include <QCoreApplication>
 #include <QtTest>
 
@@ -10,6 +12,16 @@ namespace test {
 /// running program: what such a case puts there is in nobody's way. The folder has a blank and a
 /// non-ASCII letter in its name; it stays, and is named, when a case is red.
 int runRelocated(int argc, char *argv[], int (*runTests)(int argc, char *argv[]));
+
+/// The folder of a relocated test program, where the code under test looks for its files and leaves
+/// its own. A new object clears it of what the case before left there.
+class ProgramFolder : public Folder {
+public:
+    ProgramFolder();
+
+    /// Everything in the folder but the test program.
+    Tree tree() const;
+};
 
 } // namespace test
 

@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QtTest>
 
+#include <utility>
+
 namespace test {
 
 namespace {
@@ -79,10 +81,77 @@ QString treeDifference(const Tree &actual, const Tree &expected)
     return lines.join(QLatin1Char('\n'));
 }
 
+Folder::Folder(QString folder)
+    : root(std::move(folder))
+{
+}
+
+QString Folder::path(const QString &relative) const
+{
+    return relative.isEmpty() ? root : root + QLatin1Char('/') + relative;
+}
+
+void Folder::write(const QString &relative, const QByteArray &content) const
+{
+    const QString name = path(relative);
+    require(QDir().mkpath(QFileInfo(name).path()), "make folders for " + name);
+    QFile file(name);
+    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(),
+            "write " + name);
+}
+
+QByteArray Folder::read(const QString &relative) const
+{
+    return contentOf(path(relative));
+}
+
+bool Folder::exists(const QString &relative) const
+{
+    return QFileInfo::exists(path(relative));
+}
+
+void Folder::makeFolder(const QString &relative) const
+{
+    require(QDir().mkpath(path(relative)), "make " + relative);
+}
+
+void Folder::makeLink(const QString &target, const QString &relative) const
+{
+    require(QDir().mkpath(QFileInfo(path(relative)).path()) && QFile::link(target, path(relative)),
+            "link " + relative);
+}
+
+void Folder::remove(const QString &relative) const
+{
+    const QFileInfo info(path(relative));
+    require(info.isDir() && !info.isSymLink() ? QDir(path(relative)).removeRecursively()
+                                              : QFile::remove(path(relative)),
+            "remove " + relative);
+}
+
+void Folder::age(const QString &relative) const
+{
+    QFile file(path(relative));
+    require(file.open(QIODevice::ReadWrite)
+                && file.setFileTime(longAgo, QFileDevice::FileModificationTime),
+            "age " + relative);
+}
+
+bool Folder::isAged(const QString &relative) const
+{
+    return QFileInfo(path(relative)).lastModified().toUTC() == longAgo;
+}
+
+Tree Folder::tree() const
+{
+    return readTree(path());
+}
+
 Sandbox::Sandbox()
     : home(QDir::tempPath() + "/drask tést XXXXXX")
 {
     require(home.isValid(), "be made");
+    root = home.path();
     // Other users, as whom permission cases run, must be able to reach what is theirs.
     QFile::setPermissions(home.path(),
                           QFile::permissions(home.path()) | QFile::ReadGroup | QFile::ExeGroup
@@ -97,65 +166,15 @@ Sandbox::~Sandbox()
     }
 }
 
-QString Sandbox::path(const QString &relative) const
+WorkingFolder::WorkingFolder(const QString &folder)
+    : before(QDir::currentPath())
 {
-    return relative.isEmpty() ? home.path() : home.path() + QLatin1Char('/') + relative;
+    require(QDir::setCurrent(folder), "enter " + folder);
 }
 
-void Sandbox::write(const QString &relative, const QByteArray &content) const
+WorkingFolder::~WorkingFolder()
 {
-    const QString name = path(relative);
-    require(QDir().mkpath(QFileInfo(name).path()), "make folders for " + name);
-    QFile file(name);
-    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(),
-            "write " + name);
-}
-
-QByteArray Sandbox::read(const QString &relative) const
-{
-    return contentOf(path(relative));
-}
-
-bool Sandbox::exists(const QString &relative) const
-{
-    return QFileInfo::exists(path(relative));
-}
-
-void Sandbox::makeFolder(const QString &relative) const
-{
-    require(QDir().mkpath(path(relative)), "make " + relative);
-}
-
-void Sandbox::makeLink(const QString &target, const QString &relative) const
-{
-    require(QDir().mkpath(QFileInfo(path(relative)).path()) && QFile::link(target, path(relative)),
-            "link " + relative);
-}
-
-void Sandbox::remove(const QString &relative) const
-{
-    const QFileInfo info(path(relative));
-    require(info.isDir() && !info.isSymLink() ? QDir(path(relative)).removeRecursively()
-                                              : QFile::remove(path(relative)),
-            "remove " + relative);
-}
-
-void Sandbox::age(const QString &relative) const
-{
-    QFile file(path(relative));
-    require(file.open(QIODevice::ReadWrite)
-                && file.setFileTime(longAgo, QFileDevice::FileModificationTime),
-            "age " + relative);
-}
-
-bool Sandbox::isAged(const QString &relative) const
-{
-    return QFileInfo(path(relative)).lastModified().toUTC() == longAgo;
-}
-
-Tree Sandbox::tree() const
-{
-    return readTree(path());
+    require(QDir::setCurrent(before), "go back to " + before);
 }
 
 } // namespace test

@@ -19,15 +19,10 @@ Tree readTree(const QString &folder);
 /// Compare with QCOMPARE(treeDifference(…), QString()).
 QString treeDifference(const Tree &actual, const Tree &expected);
 
-/// A temporary folder of one test case, with a blank and a non-ASCII letter in its name. When the
-/// case is red, the folder stays and its name is printed. Paths given to the members are relative
-/// to the folder.
-class Sandbox {
+/// A folder that a case works in. Paths given to the members are relative to it.
+class Folder {
 public:
-    Sandbox();
-    ~Sandbox();
-    Sandbox(const Sandbox &) = delete;
-    Sandbox &operator=(const Sandbox &) = delete;
+    explicit Folder(QString folder = QString());
 
     /// The absolute path of \a relative; of the folder itself for an empty text. No trailing slash.
     QString path(const QString &relative = QString()) const;
@@ -46,11 +41,36 @@ public:
     void age(const QString &relative) const;
     bool isAged(const QString &relative) const;
 
-    /// Everything in the sandbox.
+    /// Everything in the folder.
     Tree tree() const;
+
+protected:
+    QString root;
+};
+
+/// A temporary folder of one test case, with a blank and a non-ASCII letter in its name. When the
+/// case is red, the folder stays and its name is printed.
+class Sandbox : public Folder {
+public:
+    Sandbox();
+    ~Sandbox();
+    Sandbox(const Sandbox &) = delete;
+    Sandbox &operator=(const Sandbox &) = delete;
 
 private:
     QTemporaryDir home;
+};
+
+/// While it lives, \a folder is the working directory.
+class WorkingFolder {
+public:
+    explicit WorkingFolder(const QString &folder);
+    ~WorkingFolder();
+    WorkingFolder(const WorkingFolder &) = delete;
+    WorkingFolder &operator=(const WorkingFolder &) = delete;
+
+private:
+    QString before;
 };
 
 } // namespace test
