@@ -1,0 +1,106 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# What ./demo, ./test and the other commands need before they can start: packages, and a build.
+# Sourced, never run. Works with the bash 3.2 of macOS.
+
+repository=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+export repository
+
+fail() {
+    printf '%s\n' "$*" >&2
+    exit 1
+}
+
+# The packages that a purpose needs, by package manager. Purposes: build test lint memory coverage
+# fuzz bench docs package.
+debian_packages() {
+    case $1 in
+        build) echo "g++ cmake ninja-build qtbase5-dev" ;;
+        test) echo "strace util-linux mount" ;;
+        lint) echo "clang-format clang-tidy clazy cppcheck shellcheck" ;;
+        memory) echo "valgrind" ;;
+        coverage) echo "gcovr" ;;
+        fuzz) echo "clang libclang-rt-dev" ;;
+        bench) echo "hyperfine gnuplot-nox rsync" ;;
+        docs) echo "doxygen graphviz mandoc" ;;
+        package) echo "file dpkg-dev patchelf" ;;
+        *) fail "There is no list of packages for '$1'" ;;
+    esac
+}
+
+brew_packages() {
+    case $1 in
+        build) echo "cmake ninja qt@5" ;;
+        lint) echo "clang-format llvm cppcheck shellcheck" ;;
+        coverage) echo "gcovr" ;;
+        fuzz) echo "llvm" ;;
+        bench) echo "hyperfine gnuplot rsync" ;;
+        docs) echo "doxygen graphviz mandoc" ;;
+        test | memory | package) echo "" ;;
+        *) fail "There is no list of packages for '$1'" ;;
+    esac
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+install_debian_packages() {
+    local package missing=""
+    for package in "$@"; do
+        if ! dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed'; then
+            missing="$missing $package"
+        fi
+    done
+    [ -n "$missing" ] || return 0
+    printf 'Installing%s\n' "$missing"
+    as_root apt-get update -qq >/dev/null || fail "apt-get update failed"
+    # shellcheck disable=SC2086 # a list of names
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -qq -y --no-install-recommends $missing >/dev/null \
+        || fail "These packages could not be installed:$missing"
+}
+
+install_brew_packages() {
+    local package
+    for package in "$@"; do
+        brew list --versions "$package" >/dev/null 2>&1 || brew install --quiet "$package" \
+            || fail "This package could not be installed: $package"
+    done
+    # qt@5 is not linked into the usual places.
+    CMAKE_PREFIX_PATH=$(brew --prefix qt@5)
+    export CMAKE_PREFIX_PATH
+}
+
+# install_packages PURPOSE… installs what the purposes need and the machine lacks.
+install_packages() {
+    local purpose packages=""
+    if command -v apt-get >/dev/null; then
+        for purpose in "$@"; do packages="$packages $(debian_packages "$purpose")"; done
+        # shellcheck disable=SC2086
+        install_debian_packages $packages
+    elif command -v brew >/dev/null; then
+        for purpose in "$@"; do packages="$packages $(brew_packages "$purpose")"; done
+        # shellcheck disable=SC2086
+        install_brew_packages $packages
+    else
+        fail "Neither apt-get nor brew is here to install what is needed for: $*"
+    fi
+}
+
+# run_quietly COMMAND… prints what the command says only when it fails.
+run_quietly() {
+    local output
+    output=$("$@" 2>&1) || fail "$output" "" "This failed: $*"
+}
+
+# build_program FOLDER builds the program, and nothing else, in FOLDER.
+build_program() {
+    run_quietly cmake -S "$repository" -B "$1" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+        -DDRASK_BUILD_TESTS=OFF
+    run_quietly cmake --build "$1" --target drask-installer
+}
