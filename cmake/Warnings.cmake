@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: MIT
 # What every target of this project is compiled with.
 add_library(drask_warnings INTERFACE)
-target_compile_features(drask_warnings INTERFACE cxx_std_17)
 target_compile_options(drask_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
   -Woverloaded-virtual

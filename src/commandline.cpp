@@ -1,25 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "commandline.h"
 
+#include "literals.h"
+
 #include <QLatin1String>
 
 namespace {
 
 struct ModeWord {
     QLatin1String word;
-    RunMode mode;
-    bool takesOperand;
+    RunMode mode = RunMode::Install;
+    bool takesOperand = false;
 };
 
 // clang-format off
 constexpr ModeWord modeWords[] = {
-    {QLatin1String("ov3uninstall"),       RunMode::Ov3Uninstall,    true},
-    {QLatin1String("uninstallPlugin"),    RunMode::UninstallPlugin, true},
-    {QLatin1String("onlyWriteConfig"),    RunMode::OnlyWriteConfig, false},
-    {QLatin1String("uninstallAllPlugins"), RunMode::UninstallAll,   false},
-    {QLatin1String("reinstall"),          RunMode::Reinstall,       false},
+    {"ov3uninstall"_l1,        RunMode::Ov3Uninstall,    true},
+    {"uninstallPlugin"_l1,     RunMode::UninstallPlugin, true},
+    {"onlyWriteConfig"_l1,     RunMode::OnlyWriteConfig, false},
+    {"uninstallAllPlugins"_l1, RunMode::UninstallAll,    false},
+    {"reinstall"_l1,           RunMode::Reinstall,       false},
     // Deliberate: managers in the field pass this word with its quotes.
-    {QLatin1String("\"reinstall\""),      RunMode::Reinstall,       false},
+    {"\"reinstall\""_l1,       RunMode::Reinstall,       false},
 };
 // clang-format on
 

@@ -5,6 +5,7 @@
 #include "globals.h"
 #include "hostcatalogue.h"
 #include "installpass.h"
+#include "literals.h"
 #include "logging.h"
 #include "managersettings.h"
 #include "uninstaller/ov3uninstaller.h"
@@ -36,7 +37,7 @@ void removePreviousLogs()
 
 int removeLegacyPlugins(const QString &listFile)
 {
-    const int result = Ov3Uninstaller().deleteOldPlugins(listFile);
+    const int result = Ov3Uninstaller::deleteOldPlugins(listFile);
     qDebug() << result;
     if (result > 0) {
         writeErrorFile(QStringLiteral("Removal of old plugins failed, please remove manually."));
@@ -69,8 +70,8 @@ int uninstallAllHosts(const QList<PluginPathStruct> &hosts)
     for (const PluginPathStruct &host : hosts) {
         // Deliberate: behind the key the folder names nothing, and the plug-ins stay; managers in
         // the field count on keeping them.
-        const int result = uninstallPluginFunction(QLatin1Char('(') + host.applicationName
-                                                   + QLatin1String(") ") + host.targetFolder());
+        const int result = uninstallPluginFunction(QLatin1Char('(') + host.applicationName + ") "_l1
+                                                   + host.targetFolder());
         if (result > 0) {
             exitCode = result;
         }
@@ -83,7 +84,7 @@ void readUser(const ManagerSettings &settings)
     username = settings.value(QStringLiteral("UserData/username")).toString();
     const QVariant loggedOut = settings.value(QStringLiteral("UserData/loggedOut"));
     if (!loggedOut.isNull() && loggedOut.toBool()) {
-        username = QLatin1String("");
+        username = ""_l1;
     }
     localProjectsFolder = settings.value(QStringLiteral("PathOptions/localProjectsFolder"))
                               .toString();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "literals.h"
+
 #include <QLatin1String>
 #include <QString>
 
@@ -21,7 +23,7 @@ extern const int pluginVersion;
 
 /// The installer's own version text: line 4 of every manager.cfg, and all of the version.txt that
 /// the installer keeps beside itself.
-inline constexpr QLatin1String installerVersion("2.3.10");
+inline constexpr QLatin1String installerVersion = "2.3.10"_l1;
 
 /// What the exit code tells the manager, beyond 0 for success and the results of uninstallations.
 namespace ExitCode {

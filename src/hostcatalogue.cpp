@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hostcatalogue.h"
 
+#include "literals.h"
 #include "managersettings.h"
 
 #include <QCoreApplication>
@@ -17,36 +18,35 @@ struct HostRow {
 
 // clang-format off
 constexpr HostRow hostTable[] = {
-//   host key                    folder inside the host                      folder in plugins/             key of the version
-    {QLatin1String("c4d"),       QLatin1String("/plugins/drask"),            QLatin1String("Cinema4D"),     QLatin1String("plugins/versionCinema4d")},
-    {QLatin1String("c4d14"),     QLatin1String("/plugins/drask"),            QLatin1String("Cinema4D14"),   QLatin1String("plugins/versionCinema4d14")},
-    {QLatin1String("c4d21"),     QLatin1String("/plugins/drask"),            QLatin1String("Cinema4D21"),   QLatin1String("plugins/versionCinema4d21")},
-    {QLatin1String("blender"),   QLatin1String("/scripts/startup/adrask"),   QLatin1String("Blender"),      QLatin1String("plugins/versionBlender")},
-    {QLatin1String("blender28"), QLatin1String("/scripts/startup/adrask"),   QLatin1String("Blender28"),    QLatin1String("plugins/versionBlender28")},
-    {QLatin1String("xsi"),       QLatin1String("/Application/Plugins/drask"), QLatin1String("xsi"),         QLatin1String("plugins/versionXSI")},
-    {QLatin1String("lightwave"), QLatin1String("/Plugins/drask"),            QLatin1String("lightwave"),    QLatin1String("plugins/versionLightwave")},
-    {QLatin1String("maya"),      QLatin1String("/scripts/drask"),            QLatin1String("maya"),         QLatin1String("plugins/versionMaya")},
-    {QLatin1String("modo"),      QLatin1String("/Scripts/drask"),            QLatin1String("modo"),         QLatin1String("plugins/versionModo")},
-    {QLatin1String("rhino"),     QLatin1String("/Plug-ins/Drask"),           QLatin1String("rhino"),        QLatin1String("plugins/versionRhino")},
-    {QLatin1String("revit"),     QLatin1String("/Plugins/drask"),            QLatin1String("revit"),        QLatin1String("plugins/versionRevit")},
-    {QLatin1String("houdini"),   QLatin1String("/Plugins/drask"),            QLatin1String("houdini"),      QLatin1String("plugins/versionHoudini")},
-    {QLatin1String("sketchup"),  QLatin1String(""),                          QLatin1String("sketchup"),     QLatin1String("plugins/versionSketchup")},
-    {QLatin1String("clarisse"),  QLatin1String("/drask"),                    QLatin1String("clarisse"),     QLatin1String("plugins/versionClarisse")},
+//   host key        folder inside the host           in plugins/      key of the version
+    {"c4d"_l1,       "/plugins/drask"_l1,             "Cinema4D"_l1,   "plugins/versionCinema4d"_l1},
+    {"c4d14"_l1,     "/plugins/drask"_l1,             "Cinema4D14"_l1, "plugins/versionCinema4d14"_l1},
+    {"c4d21"_l1,     "/plugins/drask"_l1,             "Cinema4D21"_l1, "plugins/versionCinema4d21"_l1},
+    {"blender"_l1,   "/scripts/startup/adrask"_l1,    "Blender"_l1,    "plugins/versionBlender"_l1},
+    {"blender28"_l1, "/scripts/startup/adrask"_l1,    "Blender28"_l1,  "plugins/versionBlender28"_l1},
+    {"xsi"_l1,       "/Application/Plugins/drask"_l1, "xsi"_l1,        "plugins/versionXSI"_l1},
+    {"lightwave"_l1, "/Plugins/drask"_l1,             "lightwave"_l1,  "plugins/versionLightwave"_l1},
+    {"maya"_l1,      "/scripts/drask"_l1,             "maya"_l1,       "plugins/versionMaya"_l1},
+    {"modo"_l1,      "/Scripts/drask"_l1,             "modo"_l1,       "plugins/versionModo"_l1},
+    {"rhino"_l1,     "/Plug-ins/Drask"_l1,            "rhino"_l1,      "plugins/versionRhino"_l1},
+    {"revit"_l1,     "/Plugins/drask"_l1,             "revit"_l1,      "plugins/versionRevit"_l1},
+    {"houdini"_l1,   "/Plugins/drask"_l1,             "houdini"_l1,    "plugins/versionHoudini"_l1},
+    {"sketchup"_l1,  ""_l1,                           "sketchup"_l1,   "plugins/versionSketchup"_l1},
+    {"clarisse"_l1,  "/drask"_l1,                     "clarisse"_l1,   "plugins/versionClarisse"_l1},
 };
 
 // 3ds Max keeps one start-up folder a language. Deliberate: its version key begins with a slash.
 constexpr HostRow maxRow =
-    {QLatin1String("3dsmax"),    QLatin1String("/scripts/startup/drask"),    QLatin1String("3ds"),          QLatin1String("/plugins/version3ds")};
+    {"3dsmax"_l1,    "/scripts/startup/drask"_l1,     "3ds"_l1,        "/plugins/version3ds"_l1};
 // clang-format on
 
 constexpr QLatin1String maxLanguages[] = {
-    QLatin1String("CHS"), QLatin1String("DEU"), QLatin1String("ENU"),
-    QLatin1String("FRA"), QLatin1String("JPN"), QLatin1String("KOR"),
+    "CHS"_l1, "DEU"_l1, "ENU"_l1, "FRA"_l1, "JPN"_l1, "KOR"_l1,
 };
 
 void fillIn(PluginPathStruct &record, const HostRow &row, const ManagerSettings &settings)
 {
-    const QString pluginRoot = QCoreApplication::applicationDirPath() + QLatin1String("/plugins/");
+    const QString pluginRoot = QCoreApplication::applicationDirPath() + "/plugins/"_l1;
     record.pluginSubFolder = row.subFolder;
     record.sourceFolder = pluginRoot + row.sourceName;
     record.version = settings.value(row.versionKey).toInt();

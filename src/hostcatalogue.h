@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "literals.h"
+
 #include <QList>
 #include <QString>
 
@@ -8,11 +10,11 @@
 
 /// One install target.
 struct PluginPathStruct {
-    QString applicationName; ///< host key, such as "maya"
-    QString path;            ///< the host's installation folder, without a trailing slash
-    QString pluginSubFolder = QLatin1String(""); ///< the plug-in's folder inside path: begins with
-                                                 ///< "/", or is empty
-    QString sourceFolder = QLatin1String("");    ///< the shipped plug-in; empty for an unknown host
+    QString applicationName;         ///< host key, such as "maya"
+    QString path;                    ///< the host's installation folder, without a trailing slash
+    QString pluginSubFolder = ""_l1; ///< the plug-in's folder inside path: begins with
+                                     ///< "/", or is empty
+    QString sourceFolder = ""_l1;    ///< the shipped plug-in; empty for an unknown host
     int version = -9999; ///< the version that the manager wants; -9999 for an unknown host
 
     /// Where the plug-in goes: path and pluginSubFolder, joined as they stand.

@@ -3,6 +3,7 @@
 
 #include "globals.h"
 #include "installer/plugininstaller.h"
+#include "literals.h"
 #include "logging.h"
 
 #include <QDebug>
@@ -12,28 +13,28 @@
 namespace {
 
 /// Deliberate: empty. The packages of these hosts in the field bring their extra files themselves.
-constexpr QLatin1String extraFilesFolder("");
+constexpr QLatin1String extraFilesFolder = ""_l1;
 
 // clang-format off
 /// Files of earlier Cinema 4D plug-ins. Deliberate: "Grex.cfl64" is the name that once shipped.
 constexpr QLatin1String legacyCinema4dFiles[] = {
-    QLatin1String("/plugins/Grex.cdl"),
-    QLatin1String("/plugins/Grex.cfl64"),
-    QLatin1String("/plugins/Grex10.dylib"),
-    QLatin1String("/plugins/Grex11.cdl"),
-    QLatin1String("/plugins/Grex11.cdl64"),
-    QLatin1String("/plugins/Grex11.dylib"),
-    QLatin1String("/plugins/Grex12.cdl"),
-    QLatin1String("/plugins/Grex12.cdl64"),
-    QLatin1String("/plugins/Grex12.dylib"),
-    QLatin1String("/plugins/Grex15.cdl64"),
-    QLatin1String("/plugins/Grex15.dylib"),
-    QLatin1String("/plugins/Grex18.cdl64"),
-    QLatin1String("/plugins/Grex18.dylib"),
-    QLatin1String("/plugins/grex20.xdl64"),
-    QLatin1String("/plugins/grex20.xlib"),
-    QLatin1String("/plugins/grex21.xdl64"),
-    QLatin1String("/plugins/grex21.xlib"),
+    "/plugins/Grex.cdl"_l1,
+    "/plugins/Grex.cfl64"_l1,
+    "/plugins/Grex10.dylib"_l1,
+    "/plugins/Grex11.cdl"_l1,
+    "/plugins/Grex11.cdl64"_l1,
+    "/plugins/Grex11.dylib"_l1,
+    "/plugins/Grex12.cdl"_l1,
+    "/plugins/Grex12.cdl64"_l1,
+    "/plugins/Grex12.dylib"_l1,
+    "/plugins/Grex15.cdl64"_l1,
+    "/plugins/Grex15.dylib"_l1,
+    "/plugins/Grex18.cdl64"_l1,
+    "/plugins/Grex18.dylib"_l1,
+    "/plugins/grex20.xdl64"_l1,
+    "/plugins/grex20.xlib"_l1,
+    "/plugins/grex21.xdl64"_l1,
+    "/plugins/grex21.xlib"_l1,
 };
 // clang-format on
 
@@ -51,9 +52,9 @@ void copyExtraFile(QLatin1String name, const QString &target)
 int installMaya(const PluginPathStruct &host)
 {
     const QString target = host.targetFolder();
-    const QString templateFile = target + QLatin1String("/drask_userSetup.py");
+    const QString templateFile = target + "/drask_userSetup.py"_l1;
     if (PluginInstaller::copyMayaUserSetup(templateFile, target) > 0) {
-        writeErrorFile(QLatin1String("Could not copy userSetup.py file to: ") + target);
+        writeErrorFile("Could not copy userSetup.py file to: "_l1 + target);
         return ExitCode::configurationNotWritten;
     }
     return 0;
@@ -62,14 +63,14 @@ int installMaya(const PluginPathStruct &host)
 void registerRhinoPlugin(QSettings &registry, const QString &pluginFile)
 {
     const QLatin1String plugin("5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20");
-    registry.setValue(plugin + QLatin1String("/Name"), QStringLiteral("Drask"));
-    registry.setValue(plugin + QLatin1String("/FileName"), pluginFile);
+    registry.setValue(plugin + "/Name"_l1, QStringLiteral("Drask"));
+    registry.setValue(plugin + "/FileName"_l1, pluginFile);
 }
 
 int installRhino(const PluginPathStruct &host)
 {
     const QString target = host.targetFolder();
-    const QString pluginFile = target + QLatin1String("/Drask.rhp");
+    const QString pluginFile = target + "/Drask.rhp"_l1;
 
     QSettings machine(QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\5.0x64"
                                      "\\Plug-ins"),
@@ -81,8 +82,8 @@ int installRhino(const PluginPathStruct &host)
                    QSettings::NativeFormat);
     registerRhinoPlugin(user, pluginFile);
 
-    copyExtraFile(QLatin1String("/Drask.rhp"), pluginFile);
-    copyExtraFile(QLatin1String("/Drask_tb.rui"), target + QLatin1String("/Drask_tb.rui"));
+    copyExtraFile("/Drask.rhp"_l1, pluginFile);
+    copyExtraFile("/Drask_tb.rui"_l1, target + "/Drask_tb.rui"_l1);
     return 0;
 }
 
@@ -90,32 +91,30 @@ int installRevit(const PluginPathStruct &host)
 {
     const QString target = host.targetFolder();
     // Deliberate: no slash before the dots; the add-in files in the field lie where this leads.
-    copyExtraFile(QLatin1String("/DraskRevitUpload.addin"),
-                  target + QLatin1String("../DraskRevitUpload.addin"));
-    copyExtraFile(QLatin1String("/DraskRevitUpload.dll"),
-                  target + QLatin1String("/DraskRevitUpload.dll"));
+    copyExtraFile("/DraskRevitUpload.addin"_l1, target + "../DraskRevitUpload.addin"_l1);
+    copyExtraFile("/DraskRevitUpload.dll"_l1, target + "/DraskRevitUpload.dll"_l1);
     return 0;
 }
 
 int installHoudini(const PluginPathStruct &host)
 {
     // Deliberate: a houdini.env that cannot be edited is no failure of the installation.
-    static_cast<void>(PluginInstaller::editHoudiniEnv(extraFilesFolder,
-                                                      host.path + QLatin1String("/houdini.env")));
+    static_cast<void>(
+        PluginInstaller::editHoudiniEnv(extraFilesFolder, host.path + "/houdini.env"_l1));
     return 0;
 }
 
 struct HostStep {
     QLatin1String key;
-    int (*run)(const PluginPathStruct &host);
+    int (*run)(const PluginPathStruct &host) = nullptr;
 };
 
 // clang-format off
 constexpr HostStep hostSteps[] = {
-    {QLatin1String("maya"),    installMaya},
-    {QLatin1String("rhino"),   installRhino},
-    {QLatin1String("revit"),   installRevit},
-    {QLatin1String("houdini"), installHoudini},
+    {"maya"_l1,    installMaya},
+    {"rhino"_l1,   installRhino},
+    {"revit"_l1,   installRevit},
+    {"houdini"_l1, installHoudini},
 };
 // clang-format on
 
@@ -123,20 +122,19 @@ constexpr HostStep hostSteps[] = {
 
 bool isCinema4d(const PluginPathStruct &host)
 {
-    return host.applicationName == QLatin1String("c4d")
-        || host.applicationName == QLatin1String("c4d14")
-        || host.applicationName == QLatin1String("c4d21");
+    return host.applicationName == "c4d"_l1 || host.applicationName == "c4d14"_l1
+        || host.applicationName == "c4d21"_l1;
 }
 
 void removeLegacyCinema4dFiles(const PluginPathStruct &host)
 {
-    if (host.applicationName != QLatin1String("c4d")) {
+    if (host.applicationName != "c4d"_l1) {
         return;
     }
     const QString target = host.targetFolder();
-    if (!target.contains(QLatin1String("R21"))) {
-        removeIfThere(target + QLatin1String("/grex21.xlib"));
-        removeIfThere(target + QLatin1String("/grex21.xdl64"));
+    if (!target.contains("R21"_l1)) {
+        removeIfThere(target + "/grex21.xlib"_l1);
+        removeIfThere(target + "/grex21.xdl64"_l1);
     }
     for (const QLatin1String name : legacyCinema4dFiles) {
         removeIfThere(host.path + name);
@@ -151,7 +149,6 @@ int runHostSteps(const PluginPathStruct &host)
             exitCode = step.run(host);
         }
     }
-    qDebug() << host.applicationName + QLatin1String(" plugin installed in: ")
-             << host.targetFolder();
+    qDebug() << host.applicationName + " plugin installed in: "_l1 << host.targetFolder();
     return exitCode;
 }

@@ -4,6 +4,7 @@
 #include "globals.h"
 #include "hoststeps.h"
 #include "installer/plugininstaller.h"
+#include "literals.h"
 #include "logging.h"
 #include "managersettings.h"
 #include "versionfile.h"
@@ -34,7 +35,7 @@ bool isInstalled(const PluginPathStruct &host)
 int copyPlugin(PluginInstaller &installer, const PluginPathStruct &host)
 {
     if (installer.copyFolder(host.sourceFolder, host.targetFolder(), false) > 0) {
-        writeErrorFile(QLatin1String("Could not copy file to: \n") + host.targetFolder());
+        writeErrorFile("Could not copy file to: \n"_l1 + host.targetFolder());
         return ExitCode::pluginNotCopied;
     }
     return 0;
@@ -43,11 +44,10 @@ int copyPlugin(PluginInstaller &installer, const PluginPathStruct &host)
 int writeManagerConfig(const PluginInstaller &installer, const PluginPathStruct &host)
 {
     const QString target = host.targetFolder();
-    const QString configFile = target + QLatin1String("/manager.cfg");
+    const QString configFile = target + "/manager.cfg"_l1;
     if (installer.writeConfig(configFile, installerVersion, isCinema4d(host)) > 0) {
         // Deliberate: no slash before the name; the manager knows the message as it stands.
-        writeErrorFile(QLatin1String("Could not write config file in: \n") + target
-                       + QLatin1String("manager.cfg"));
+        writeErrorFile("Could not write config file in: \n"_l1 + target + "manager.cfg"_l1);
         return ExitCode::configurationNotWritten;
     }
     return 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "logging.h"
 
+#include "literals.h"
 #include "textfile.h"
 
 #include <QCoreApplication>
@@ -35,17 +36,17 @@ QString logLine(QtMsgType type, const QString &message)
     case QtInfoMsg:
         break;
     }
-    return QString();
+    return {};
 }
 
 } // namespace
 
 void myMessageOutput(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
 {
-    appendLine(QLatin1String("/plugin.log"), logLine(type, message));
+    appendLine("/plugin.log"_l1, logLine(type, message));
 }
 
 void writeErrorFile(const QString &message)
 {
-    appendLine(QLatin1String("/pluginError.txt"), message);
+    appendLine("/pluginError.txt"_l1, message);
 }

@@ -13,7 +13,7 @@ QString readText(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        return QString();
+        return {};
     }
     return Utf8Stream(&file).readAll();
 }

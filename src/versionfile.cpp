@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "versionfile.h"
 
+#include "literals.h"
 #include "textfile.h"
 
 namespace {
@@ -20,7 +21,7 @@ int toVersion(const QString &line)
 int readVersionTxt(const QString &folder)
 {
     int version = unknownVersion;
-    visitLines(folder + QLatin1String("/version.txt"), [&version](const QString &line) {
+    visitLines(folder + "/version.txt"_l1, [&version](const QString &line) {
         version = toVersion(line);
         return false;
     });

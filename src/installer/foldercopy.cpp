@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "installer/plugininstaller.h"
 
+#include "literals.h"
 #include "textfile.h"
 
 #include <QDebug>
@@ -40,7 +41,7 @@ int copyFile(const QString &source, const QString &target, QTextStream &manifest
     } else if (!QFile::copy(source, target)) {
         // Deliberate: the result stays as it is; the rights check below decides.
         qDebug() << "Could not copy file " << source << " to " << target;
-    } else if (!target.contains(QLatin1String("drask_uninstall"))) {
+    } else if (!target.contains("drask_uninstall"_l1)) {
         manifest << target << Qt::endl;
     }
     if (!isReadWritable(target)) {
@@ -54,9 +55,9 @@ int copyFile(const QString &source, const QString &target, QTextStream &manifest
 /// Deliberate: once for every folder of the plug-in; uninstallers skip what is gone.
 void listMayaShelf(const QString &src, const QString &dst, QTextStream &manifest)
 {
-    if (src.contains(QLatin1String("plugins/maya"))) {
-        manifest << dst.left(dst.lastIndexOf(QLatin1String("/scripts")))
-                 << "/prefs/shelves/shelf_DraskGrex.mel" << Qt::endl;
+    if (src.contains("plugins/maya"_l1)) {
+        manifest << dst.left(dst.lastIndexOf("/scripts"_l1)) << "/prefs/shelves/shelf_DraskGrex.mel"
+                 << Qt::endl;
     }
 }
 
@@ -82,7 +83,7 @@ bool PluginInstaller::openManifest(const QString &dst)
     // Deliberate: the name logged is still that of the manifest before; support follows the hosts
     // by it.
     qDebug() << "open file: " << uninstallFile.fileName();
-    uninstallFile.setFileName(dst + QLatin1String("/uninstall.ini"));
+    uninstallFile.setFileName(dst + "/uninstall.ini"_l1);
     if (!uninstallFile.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         qDebug() << "cannot open " << uninstallFile.fileName() << " for writing";
         return false;

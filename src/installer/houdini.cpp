@@ -2,6 +2,7 @@
 #include "installer/plugininstaller.h"
 
 #include "installer/scriptedit.h"
+#include "literals.h"
 #include "textfile.h"
 
 namespace {
@@ -11,7 +12,7 @@ ScriptScan scanEnvironment(const QString &envFile)
 {
     ScriptScan scan;
     visitLines(envFile, [&scan](const QString &line) {
-        scan.content += line + QLatin1String("\r\n");
+        scan.content += line + "\r\n"_l1;
         if (line.contains(installedMarker)) {
             scan.markerSeen = true;
         } else if (scan.markerSeen) {
@@ -27,8 +28,7 @@ ScriptScan scanEnvironment(const QString &envFile)
 
 int PluginInstaller::editHoudiniEnv(const QString &folder, const QString &envFile)
 {
-    const QString newLine = QLatin1String("HOUDINI_PATH = \"") + folder
-        + QLatin1String(";$HOUDINI_PATH\"");
+    const QString newLine = "HOUDINI_PATH = \""_l1 + folder + ";$HOUDINI_PATH\""_l1;
     ScriptScan scan = scanEnvironment(envFile);
     if (scan.hasOldLine()) {
         // Deliberate: lines behind the assignment were not read and go with an update; the plug-in

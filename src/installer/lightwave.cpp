@@ -2,6 +2,7 @@
 #include "installer/lightwave.h"
 
 #include "installer/plugininstaller.h"
+#include "literals.h"
 #include "textfile.h"
 
 #include <QDebug>
@@ -18,10 +19,10 @@ namespace {
 
 constexpr int configNotOpened = 3;
 
-constexpr QLatin1String lineBreak("\r\n");
-constexpr QLatin1String menuEntry("MenuEntry 2 . Generic_Drask Tasklancer\r\n");
-constexpr QLatin1String optionsAnchor("menuentry 1 options");
-constexpr QLatin1String groupAnchor("menuentry 131072 1 _");
+constexpr QLatin1String lineBreak = "\r\n"_l1;
+constexpr QLatin1String menuEntry = "MenuEntry 2 . Generic_Drask Tasklancer\r\n"_l1;
+constexpr QLatin1String optionsAnchor = "menuentry 1 options"_l1;
+constexpr QLatin1String groupAnchor = "menuentry 131072 1 _"_l1;
 
 struct ConfigFiles {
     QString menu;
@@ -32,7 +33,7 @@ QString underOptions(const QString &menu, const QString &lower, int options)
 {
     const int lineEnd = lower.indexOf(lineBreak, options + 1);
     if (lineEnd <= 0) {
-        return QString();
+        return {};
     }
     const int next = lineEnd + lineBreak.size();
     return menu.left(next) + menuEntry + menu.mid(next);
@@ -42,7 +43,7 @@ QString withDefaultMenu(const QString &menu, const QString &lower)
 {
     const int group = lower.indexOf(groupAnchor);
     if (group <= 0) {
-        return QString();
+        return {};
     }
     // Deliberate: only the "_" and the line break behind it make room, so that the default menu's
     // first line joins what is left of the group's line.
@@ -56,13 +57,13 @@ ConfigFiles findConfigFiles(const QString &folder)
     const QStringList names = QDir(folder).entryList(QDir::Files | QDir::NoDotAndDotDot,
                                                      QDir::Unsorted);
     for (const QString &name : names) {
-        if (!name.endsWith(QLatin1String(".CFG"))) {
+        if (!name.endsWith(".CFG"_l1)) {
             continue;
         }
         const QString path = folder + QLatin1Char('/') + name;
         qDebug() << "cfgfile: " << path;
-        if (name.startsWith(QLatin1String("LW"))) {
-            (name.contains(QLatin1String("EXT")) ? found.extension : found.menu) = path;
+        if (name.startsWith("LW"_l1)) {
+            (name.contains("EXT"_l1) ? found.extension : found.menu) = path;
         }
     }
     return found;
@@ -77,13 +78,13 @@ void chooseMissingFiles(ConfigFiles &files, const QString &folder)
 {
     if (!isFile(files.menu)) {
         qDebug() << "cfg file does not exist, create new file";
-        files.menu = folder + QLatin1String("/LW.CFG");
+        files.menu = folder + "/LW.CFG"_l1;
     }
     if (!isFile(files.extension)) {
         qDebug() << "ext cfg file does not exist, create nwe file" << files.extension;
         // Deliberate: the menu file takes the name, and the extension file stays without one; its
         // opening then fails, and callers take the result as "no LightWave here".
-        files.menu = folder + QLatin1String("/LWEXT.CFG");
+        files.menu = folder + "/LWEXT.CFG"_l1;
     }
 }
 
@@ -92,7 +93,7 @@ void chooseMissingFiles(ConfigFiles &files, const QString &folder)
 /// old content.
 void backUpAndWrite(QFile &file, QTextStream &stream, const QString &text)
 {
-    static_cast<void>(file.copy(file.fileName() + QLatin1String("_bak")));
+    static_cast<void>(file.copy(file.fileName() + "_bak"_l1));
     stream << text;
     stream.flush();
     static_cast<void>(file.flush());
@@ -133,7 +134,7 @@ int editExtensionFile(const QString &path, const QString &entry, const QString &
     }
     Utf8Stream stream(&file);
     const QString text = stream.readAll();
-    if (!text.toLower().contains(QLatin1String("drask tasklancer"))) {
+    if (!text.toLower().contains("drask tasklancer"_l1)) {
         // Deliberate: the menu's text is written here, and the extension's goes nowhere.
         const QString extended = entry + text;
         Q_UNUSED(extended)
@@ -154,17 +155,15 @@ QString defaultLightwaveMenu()
 
 QString lightwaveExtensionEntry(const QString &module)
 {
-    return QLatin1String("{ Entry\r\n  Class \"LayoutGeneric\"\r\n  Name \"Drask Tasklancer\"\r\n"
-                         "  Module \"")
-        + QString(module).replace(QLatin1String("\\"), QLatin1String("\\\\"))
-        + QLatin1String("\"\r\n}\r\n");
+    return "{ Entry\r\n  Class \"LayoutGeneric\"\r\n  Name \"Drask Tasklancer\"\r\n  Module \""_l1
+        + QString(module).replace("\\"_l1, "\\\\"_l1) + "\"\r\n}\r\n"_l1;
 }
 
 QString withLightwaveMenuEntry(const QString &menu)
 {
     const QString lower = menu.toLower();
-    if (lower.contains(QLatin1String("tasklancer"))) {
-        return QString();
+    if (lower.contains("tasklancer"_l1)) {
+        return {};
     }
     const int options = lower.indexOf(optionsAnchor);
     // Deliberate: an anchor at the very start does not count as one.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "installer/plugininstaller.h"
 
+#include "literals.h"
 #include "textfile.h"
 
 #include <QDebug>
@@ -41,7 +42,7 @@ QStringList PluginInstaller::configLines(const QString &version) const
     return {
         userName,
         projectsFolder,
-        appDirPath + QLatin1String("/DraskDrop"),
+        appDirPath + "/DraskDrop"_l1,
         version,
         QString::fromLatin1(cpuType.toBase64(QByteArray::Base64UrlEncoding)),
         QStringLiteral("1"),

@@ -2,6 +2,7 @@
 #include "installer/plugininstaller.h"
 
 #include "installer/scriptedit.h"
+#include "literals.h"
 #include "textfile.h"
 
 #include <QDebug>
@@ -10,28 +11,28 @@ namespace {
 
 constexpr int scriptNotInstalled = 1;
 
-constexpr QLatin1String pathLinePrefix("\tsys.path.append( importable_path(");
-constexpr QLatin1String shelfCall("draskshelf.init()");
-constexpr QLatin1String deferredCall("maya.utils.executeDeferred(\"searchTab()\")");
+constexpr QLatin1String pathLinePrefix = "\tsys.path.append( importable_path("_l1;
+constexpr QLatin1String shelfCall = "draskshelf.init()"_l1;
+constexpr QLatin1String deferredCall = "maya.utils.executeDeferred(\"searchTab()\")"_l1;
 
 /// \a folder as it may stand inside a single-quoted Python string.
 QString escapedPath(const QString &folder)
 {
-    return QString(folder).replace(QLatin1Char('\''), QLatin1String("\\'"));
+    return QString(folder).replace(QLatin1Char('\''), "\\'"_l1);
 }
 
 QString withPath(QString text, const QString &path)
 {
-    return text.replace(QLatin1String("__scriptpath__"), path)
-        .replace(QLatin1String("__scriptPath__"), path)
-        .replace(QLatin1String("__ScriptPath__"), path);
+    return text.replace("__scriptpath__"_l1, path)
+        .replace("__scriptPath__"_l1, path)
+        .replace("__ScriptPath__"_l1, path);
 }
 
 ScriptScan scanUserSetup(const QString &target)
 {
     ScriptScan scan;
     visitLines(target, [&scan](const QString &line) {
-        scan.content += line + QLatin1String("\r\n");
+        scan.content += line + "\r\n"_l1;
         scan.markerSeen = scan.markerSeen || line.contains(installedMarker);
         if (scan.markerSeen && line.startsWith(pathLinePrefix)) {
             scan.oldLine = line;
@@ -69,7 +70,7 @@ int updateUserSetup(const QString &target, ScriptScan &scan, const QString &temp
     if (templateText.contains(shelfCall) && targetText.contains(deferredCall)) {
         return replaceBlock(target, targetText, withPath(templateText, path));
     }
-    const QString newLine = pathLinePrefix + QLatin1String("u'") + path + QLatin1String("'))");
+    const QString newLine = pathLinePrefix + "u'"_l1 + path + "'))"_l1;
     return replaceOldLine(target, scan, newLine);
 }
 
@@ -95,9 +96,9 @@ int addToUserSetup(const QString &target, const QString &backup, const QString &
 
 int PluginInstaller::copyMayaUserSetup(const QString &templateFile, const QString &pluginFolder)
 {
-    const QString target = pluginFolder + QLatin1String("/../userSetup.py");
+    const QString target = pluginFolder + "/../userSetup.py"_l1;
     // Deliberate: the backup lies in the plug-in folder, not beside the script.
-    const QString backup = pluginFolder + QLatin1String("/userSetup.py.draskbackup");
+    const QString backup = pluginFolder + "/userSetup.py.draskbackup"_l1;
     const QString path = escapedPath(pluginFolder);
 
     ScriptScan scan = scanUserSetup(target);

@@ -2,6 +2,7 @@
 #include "installer/plugininstaller.h"
 
 #include "globals.h"
+#include "literals.h"
 #include "textfile.h"
 
 #include <QCoreApplication>
@@ -31,7 +32,7 @@ PluginInstaller::PluginInstaller(QString appDir, QString user, QString projects,
 void PluginInstaller::readCPUinfo()
 {
     QProcess process;
-    process.start(QCoreApplication::applicationDirPath() + QLatin1String("/cputype"), QStringList(),
+    process.start(QCoreApplication::applicationDirPath() + "/cputype"_l1, QStringList(),
                   QIODevice::ReadWrite);
     // A program that hangs is killed when the process object goes away.
     static_cast<void>(process.waitForFinished(cpuTypeTimeoutMs));
@@ -40,7 +41,7 @@ void PluginInstaller::readCPUinfo()
 
 int PluginInstaller::writeVersionFile(const QString &folder, const QString &version)
 {
-    QFile file(folder + QLatin1String("/version.txt"));
+    QFile file(folder + "/version.txt"_l1);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
         qDebug() << "error writing version file: " << folder;
         return versionFileNotWritten;

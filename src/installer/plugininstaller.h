@@ -13,11 +13,12 @@
 /// and a value greater than 0 for failure, and logs what went wrong unless it says otherwise.
 class PluginInstaller {
 public:
-    /// \a appDirPath is the program's own folder, \a userName and \a projectsFolder are written to
-    /// every manager.cfg. With \a onlyWriteConfig no plug-in files are copied. \a copyTexFiles is
-    /// the user's choice to send textures along. Logs "version: " and the plug-in generation.
-    PluginInstaller(QString appDirPath, QString userName, QString projectsFolder,
-                    bool onlyWriteConfig, bool copyTexFiles);
+    /// \a appDir is the program's own folder; \a user and \a projects (the local projects folder)
+    /// are written to every manager.cfg. With \a configOnly no plug-in files are copied.
+    /// \a withTextures is the user's choice to send textures along. Logs "version: " and the
+    /// plug-in generation.
+    PluginInstaller(QString appDir, QString user, QString projects, bool configOnly,
+                    bool withTextures);
 
     /// Runs the program "cputype" that lies beside this one, for at most 30 seconds, and keeps what
     /// it wrote to its standard output, byte for byte, for line 5 of every manager.cfg. Whatever

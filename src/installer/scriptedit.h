@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "literals.h"
+
 #include <QIODevice>
 #include <QLatin1String>
 #include <QString>
@@ -11,7 +13,7 @@
 /// The steps that the edits of hosts' start-up files share.
 
 /// The comment line by which an earlier addition is recognised.
-inline constexpr QLatin1String installedMarker("#drask_installed");
+inline constexpr QLatin1String installedMarker = "#drask_installed"_l1;
 
 /// What a walk through a start-up file found out.
 struct ScriptScan {

@@ -2,6 +2,7 @@
 #include "installer/plugininstaller.h"
 
 #include "installer/scriptedit.h"
+#include "literals.h"
 #include "textfile.h"
 
 #include <QDebug>
@@ -14,19 +15,19 @@ struct XsiScript {
     QLatin1String name;
     QLatin1String placeHolder;
     QLatin1String replacement; ///< "%1" stands for the destination folder
-    bool announcesPaths;
-    const char *openedMessage;
-    const char *notOpenedMessage;
-    bool givesReason;
+    bool announcesPaths = false;
+    const char *openedMessage = nullptr;
+    const char *notOpenedMessage = nullptr;
+    bool givesReason = false;
 };
 
 // clang-format off
 // Deliberate: three wordings of one failure; support tells by them which script is missing.
 constexpr XsiScript xsiScripts[] = {
-//   file                              place-holder                       replacement                                      paths  when opened             when not opened              reason
-    {QLatin1String("/grex.js"),       QLatin1String("__plugindir__"),   QLatin1String("%1/"),                            true,  "modify grex.js",       "Could not open source file", false},
-    {QLatin1String("/drask_main.js"), QLatin1String("__draskscript__"), QLatin1String("ExecuteScript(\"%1/drask.js\")"), false, "modify drask_main.js", "error: ",                    true},
-    {QLatin1String("/drask.js"),      QLatin1String("__grexjs__"),      QLatin1String("%1/grex.js"),                     false, nullptr,                "error opening ",             true},
+//   file                 place-holder          replacement                          paths  when opened             when not opened               reason
+    {"/grex.js"_l1,       "__plugindir__"_l1,   "%1/"_l1,                            true,  "modify grex.js",       "Could not open source file", false},
+    {"/drask_main.js"_l1, "__draskscript__"_l1, "ExecuteScript(\"%1/drask.js\")"_l1, false, "modify drask_main.js", "error: ",                    true},
+    {"/drask.js"_l1,      "__grexjs__"_l1,      "%1/grex.js"_l1,                     false, nullptr,                "error opening ",             true},
 };
 // clang-format on
 

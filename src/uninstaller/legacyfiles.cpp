@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "uninstaller/legacyfiles.h"
 
+#include "literals.h"
+
 // Deliberate: kept as it shipped, the repetitions and the comma inside "val_tex,ure_old2.pyc"
 // included; support compares the list with that of older installers.
 // clang-format off
-const QLatin1String legacyFileList(
+const QLatin1String legacyFileList =
     "manager.cfg,drask.mse,drask_main.ms,dummy.jpg,c4d_symbols.h,dlg_drask.res,"
     "dlg_about.res,c4d_strings.str,dlg_about.str,dlg_drask.str,grex.pyc,grex_old.pyc,"
     "grex_old2.pyc,logo.jpg,utils.pyc,utils_old.pyc,utils_old2.pyc,validator.pyc,"
@@ -27,5 +29,5 @@ const QLatin1String legacyFileList(
     "modofiletools_old.pyc,utils.pyc,utils_old.pyc,validator.pyc,validator_old.pyc,"
     "val_general.pyc,val_general_old.pyc,val_rendersettings.pyc,"
     "val_rendersettings_old.pyc,val_texture.pyc,val_texture_old.pyc,grex.js,drask.js,"
-    "drask_main.js");
+    "drask_main.js"_l1;
 // clang-format on

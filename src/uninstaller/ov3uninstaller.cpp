@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "uninstaller/ov3uninstaller.h"
 
+#include "literals.h"
 #include "uninstaller/legacyfiles.h"
 
 #include <QDir>
@@ -46,11 +47,12 @@ QString besideProgram(const QString &path, QLatin1String folder)
 QSet<QString> legacyNames()
 {
     const QStringList names = QString(legacyFileList).split(QLatin1Char(','));
-    return QSet<QString>(names.cbegin(), names.cend());
+    return {names.cbegin(), names.cend()};
 }
 
 } // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): part of the operation's interface
 int Ov3Uninstaller::deleteOldPlugins(QString listFile)
 {
     const QList<QString> folders = findPluginFolders(listFile);
@@ -74,7 +76,7 @@ QList<QString> Ov3Uninstaller::findPluginFolders(const QString &listFile)
     QTextStream stream(&file);
     QString line;
     while (stream.readLineInto(&line)) {
-        if (!line.startsWith(QLatin1String("path"))) {
+        if (!line.startsWith("path"_l1)) {
             continue;
         }
         const QString value = line.mid(line.indexOf(QLatin1Char('=')) + 1).trimmed();
@@ -107,83 +109,83 @@ QString Ov3Uninstaller::getProgramPluginFolder(const QString &path)
             return host.pluginFolder(path);
         }
     }
-    return QString();
+    return {};
 }
 
 bool Ov3Uninstaller::isC4DPath(const QString &path)
 {
-    return mentions(path, QLatin1String("cinema")) || mentions(path, QLatin1String("c4d"));
+    return mentions(path, "cinema"_l1) || mentions(path, "c4d"_l1);
 }
 
 bool Ov3Uninstaller::isMaxPath(const QString &path)
 {
-    return mentions(path, QLatin1String("3ds"));
+    return mentions(path, "3ds"_l1);
 }
 
 bool Ov3Uninstaller::isMayaPath(const QString &path)
 {
-    return mentions(path, QLatin1String("maya"));
+    return mentions(path, "maya"_l1);
 }
 
 bool Ov3Uninstaller::isXsiPath(const QString &path)
 {
-    return mentions(path, QLatin1String("xsi"));
+    return mentions(path, "xsi"_l1);
 }
 
 bool Ov3Uninstaller::isLwvPath(const QString &path)
 {
-    return mentions(path, QLatin1String("lightwav")) || mentions(path, QLatin1String("layout"));
+    return mentions(path, "lightwav"_l1) || mentions(path, "layout"_l1);
 }
 
 bool Ov3Uninstaller::isModoPath(const QString &path)
 {
-    return mentions(path, QLatin1String("modo"));
+    return mentions(path, "modo"_l1);
 }
 
 bool Ov3Uninstaller::isBlenderPath(const QString &path)
 {
-    return mentions(path, QLatin1String("blender"));
+    return mentions(path, "blender"_l1);
 }
 
 QString Ov3Uninstaller::getC4DPath(const QString &path)
 {
-    return besideProgram(path, QLatin1String("/Plugins/Drask"));
+    return besideProgram(path, "/Plugins/Drask"_l1);
 }
 
 QString Ov3Uninstaller::getMaxPath(const QString &path)
 {
-    return besideProgram(path, QLatin1String("/scripts/startup/drask"));
+    return besideProgram(path, "/scripts/startup/drask"_l1);
 }
 
 QString Ov3Uninstaller::getMayaPath(const QString &path)
 {
-    return besideProgram(path, QLatin1String("/scripts/Drask"));
+    return besideProgram(path, "/scripts/Drask"_l1);
 }
 
 QString Ov3Uninstaller::getXsiPath(const QString &path)
 {
     // Deliberate: the whole folder; the old XSI plug-in lay among those of others.
-    return besideProgram(path, QLatin1String("/Plugins"));
+    return besideProgram(path, "/Plugins"_l1);
 }
 
 QString Ov3Uninstaller::getLwvPath(const QString &path)
 {
-    return besideProgram(path, QLatin1String("/Plugins/Drask"));
+    return besideProgram(path, "/Plugins/Drask"_l1);
 }
 
 QString Ov3Uninstaller::getModoPath(const QString &path)
 {
-    return besideProgram(path, QLatin1String("/drask"));
+    return besideProgram(path, "/drask"_l1);
 }
 
 QString Ov3Uninstaller::getBlenderPath(const QString &path)
 {
-    const QString versions = besideProgram(path, QLatin1String("/2."));
+    const QString versions = besideProgram(path, "/2."_l1);
     for (int minor = newestBlenderMinor; minor >= oldestBlenderMinor; --minor) {
         const QString candidate = versions + QString::number(minor);
         if (QFile::exists(candidate)) {
-            return candidate + QLatin1String("/scripts/startup/adrask");
+            return candidate + "/scripts/startup/adrask"_l1;
         }
     }
-    return QString();
+    return {};
 }

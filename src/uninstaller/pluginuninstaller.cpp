@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "uninstaller/pluginuninstaller.h"
 
+#include "literals.h"
 #include "textfile.h"
 
 #include <QDebug>
@@ -40,7 +41,7 @@ PluginUninstaller::PluginUninstaller(QObject *parent)
 int PluginUninstaller::uninstallPlugin(const QString &folder)
 {
     qDebug() << "begin uninstall";
-    QFile manifest(folder + QLatin1String("/uninstall.ini"));
+    QFile manifest(folder + "/uninstall.ini"_l1);
     if (!manifest.open(QIODevice::ReadOnly)) {
         qDebug() << "cannot open " << manifest.fileName() << " for reading, ignore";
     }
@@ -52,6 +53,6 @@ int PluginUninstaller::uninstallPlugin(const QString &folder)
     }
     // Deliberate: attempted also when they are not there; support reads the two lines in the log.
     deleteFile(manifest.fileName());
-    deleteFile(folder + QLatin1String("/manager.cfg"));
+    deleteFile(folder + "/manager.cfg"_l1);
     return result;
 }
