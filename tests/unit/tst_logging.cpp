@@ -1,0 +1,313 @@
+// SPDX-License-Identifier: MIT
+#include "logging.h"
+
+#include "logcapture.h"
+#include "ordinaryuser.h"
+#include "relocated.h"
+
+#include <QDebug>
+#include <QProcess>
+#include <QtTest>
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <csignal>
+#include <iterator>
+
+Q_DECLARE_METATYPE(QtMsgType)
+
+class tst_Logging : public QObject {
+    Q_OBJECT
+
+private slots:
+    void levelChoosesThePrefix_data();
+    void levelChoosesThePrefix();
+    void messageIsWrittenAsItStands_data();
+    void messageIsWrittenAsItStands();
+    void contextIsIgnored();
+    void streamedItemsAreSeparated();
+    void linesOfEarlierRunsStay();
+    void fatalMessageEndsTheProcess_data();
+    void fatalMessageEndsTheProcess();
+    void errorsAreWrittenAsTheyStand_data();
+    void errorsAreWrittenAsTheyStand();
+    void errorsOfEarlierRunsStay();
+    void unopenableFilesLoseTheirLinesSilently();
+    void writeProtectedFilesLoseTheirLinesSilently();
+    void twoProcessesMixWholeLines();
+};
+
+namespace {
+
+constexpr int linesPerProcess = 200;
+
+/// What this program does when it is started with a part's name.
+struct Part {
+    const char *name;
+    void (*play)();
+};
+
+// clang-format off
+const Part parts[] = {
+    {"fatal by handler", [] { myMessageOutput(QtFatalMsg, QMessageLogContext(), "the end"); }},
+    {"fatal by stream",  [] { qFatal("the end"); }},
+    {"one line each",    [] { qDebug() << "lost"; qWarning("lost"); writeErrorFile("lost"); }},
+    {"many lines",       [] { for (int i = 0; i < linesPerProcess; ++i) { qDebug() << "other" << i; } }},
+};
+// clang-format on
+
+const Part *findPart(const char *name)
+{
+    const auto *part = std::find_if(std::cbegin(parts), std::cend(parts), [name](const Part &any) {
+        return qstrcmp(any.name, name) == 0;
+    });
+    return part == std::cend(parts) ? nullptr : part;
+}
+
+int play(const Part &part, int argc, char *argv[])
+{
+    // An abort that a case asks for leaves no core file behind.
+    const rlimit noCore = {0, 0};
+    setrlimit(RLIMIT_CORE, &noCore);
+    const QCoreApplication application(argc, argv);
+    qInstallMessageHandler(myMessageOutput);
+    part.play();
+    return 0;
+}
+
+/// Starts this program in the part \a name. Its console is one channel.
+void start(QProcess &process, const QString &name)
+{
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(QCoreApplication::applicationFilePath(), {name});
+}
+
+void log(QtMsgType type, const QString &message)
+{
+    myMessageOutput(type, QMessageLogContext(), message);
+}
+
+void addMessages()
+{
+    QTest::addColumn<QByteArray>("message");
+
+    QTest::newRow("an empty message") << QByteArray("");
+    QTest::newRow("non-ASCII letters") << QByteArray("H\xc3\xb6st \xe6\x97\xa5\xe6\x9c\xac");
+    QTest::newRow("a letter beyond the first plane") << QByteArray("\xf0\x9f\x98\x80");
+    QTest::newRow("a line feed inside") << QByteArray("first\nsecond");
+    QTest::newRow("a line feed at the end") << QByteArray("first\n");
+    QTest::newRow("a carriage return") << QByteArray("first\r\nsecond");
+    QTest::newRow("place-holders") << QByteArray("%1 %2 %99 100% %");
+    QTest::newRow("blanks around") << QByteArray("  text\t ");
+    QTest::newRow("a message longer than a buffer") << QByteArray(70000, 'x');
+}
+
+} // namespace
+
+void tst_Logging::levelChoosesThePrefix_data()
+{
+    QTest::addColumn<QtMsgType>("type");
+    QTest::addColumn<QByteArray>("line");
+
+    QTest::newRow("debug") << QtDebugMsg << QByteArray("Debug: text\n");
+    QTest::newRow("warning") << QtWarningMsg << QByteArray("Warning: text\n");
+    QTest::newRow("critical") << QtCriticalMsg << QByteArray("Critical: text\n");
+    QTest::newRow("info is an empty line") << QtInfoMsg << QByteArray("\n");
+}
+
+void tst_Logging::levelChoosesThePrefix()
+{
+    QFETCH(QtMsgType, type);
+    QFETCH(QByteArray, line);
+    const test::ProgramFolder folder;
+
+    log(type, "text");
+
+    QCOMPARE(test::treeDifference(folder.tree(), {{"plugin.log", line}}), QString());
+}
+
+void tst_Logging::messageIsWrittenAsItStands_data()
+{
+    addMessages();
+}
+
+void tst_Logging::messageIsWrittenAsItStands()
+{
+    QFETCH(QByteArray, message);
+    const test::ProgramFolder folder;
+
+    log(QtDebugMsg, QString::fromUtf8(message));
+
+    QCOMPARE(folder.read("plugin.log"), "Debug: " + message + "\n");
+}
+
+void tst_Logging::contextIsIgnored()
+{
+    const test::ProgramFolder folder;
+
+    myMessageOutput(QtDebugMsg, QMessageLogContext("file.cpp", 12, "function", "category"), "text");
+
+    QCOMPARE(folder.read("plugin.log"), QByteArray("Debug: text\n"));
+}
+
+void tst_Logging::streamedItemsAreSeparated()
+{
+    const test::ProgramFolder folder;
+    const QtMessageHandler before = qInstallMessageHandler(myMessageOutput);
+    qDebug() << "nothing to copy for " << QString::fromUtf8("m\xc3\xa4ya");
+    qDebug() << 0;
+    qInstallMessageHandler(before);
+
+    QCOMPARE(folder.read("plugin.log"),
+             QByteArray("Debug: nothing to copy for  \"m\xc3\xa4ya\"\nDebug: 0\n"));
+}
+
+void tst_Logging::linesOfEarlierRunsStay()
+{
+    const test::ProgramFolder folder;
+    folder.write("plugin.log", "of an earlier run, cut o");
+
+    log(QtDebugMsg, "a");
+    log(QtInfoMsg, "b");
+    log(QtWarningMsg, "c");
+
+    QCOMPARE(folder.read("plugin.log"),
+             QByteArray("of an earlier run, cut oDebug: a\n\nWarning: c\n"));
+}
+
+void tst_Logging::fatalMessageEndsTheProcess_data()
+{
+    QTest::addColumn<QString>("part");
+    QTest::addColumn<QByteArray>("logBefore");
+
+    QTest::newRow("the handler ends it by itself")
+        << QString("fatal by handler") << QByteArray("Debug: before\n");
+    QTest::newRow("a fatal line of Qt")
+        << QString("fatal by stream") << QByteArray("Debug: before\n");
+    QTest::newRow("no log yet") << QString("fatal by handler") << QByteArray();
+}
+
+void tst_Logging::fatalMessageEndsTheProcess()
+{
+    QFETCH(QString, part);
+    QFETCH(QByteArray, logBefore);
+    const test::ProgramFolder folder;
+    if (!logBefore.isNull()) {
+        folder.write("plugin.log", logBefore);
+        folder.age("plugin.log");
+    }
+    const test::Tree before = folder.tree();
+
+    QProcess process;
+    start(process, part);
+    QVERIFY(process.waitForFinished());
+
+    QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+    QCOMPARE(process.exitCode(), SIGABRT);
+    QCOMPARE(process.readAll(), QByteArray());
+    QCOMPARE(test::treeDifference(folder.tree(), before), QString());
+    QCOMPARE(folder.isAged("plugin.log"), !logBefore.isNull());
+}
+
+void tst_Logging::errorsAreWrittenAsTheyStand_data()
+{
+    addMessages();
+}
+
+void tst_Logging::errorsAreWrittenAsTheyStand()
+{
+    QFETCH(QByteArray, message);
+    const test::ProgramFolder folder;
+
+    writeErrorFile(QString::fromUtf8(message));
+
+    QCOMPARE(test::treeDifference(folder.tree(), {{"pluginError.txt", message + "\n"}}), QString());
+}
+
+void tst_Logging::errorsOfEarlierRunsStay()
+{
+    const test::ProgramFolder folder;
+    folder.write("pluginError.txt", "of an earlier run\n");
+
+    writeErrorFile("Could not copy file to: \n/höst");
+    writeErrorFile("second");
+
+    QCOMPARE(folder.read("pluginError.txt"),
+             QByteArray("of an earlier run\nCould not copy file to: \n/höst\nsecond\n"));
+}
+
+void tst_Logging::unopenableFilesLoseTheirLinesSilently()
+{
+    const test::ProgramFolder folder;
+    folder.makeFolder("plugin.log");
+    folder.makeFolder("pluginError.txt");
+    const test::Tree before = folder.tree();
+
+    QProcess process;
+    start(process, "one line each");
+    QVERIFY(process.waitForFinished());
+
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(process.readAll(), QByteArray());
+    QCOMPARE(test::treeDifference(folder.tree(), before), QString());
+}
+
+void tst_Logging::writeProtectedFilesLoseTheirLinesSilently()
+{
+    const test::ProgramFolder folder;
+    folder.write("plugin.log", "kept\n");
+    folder.write("pluginError.txt", "kept\n");
+    const test::Tree before = folder.tree();
+    {
+        const test::ReadOnly logFile(folder.path("plugin.log"));
+        const test::ReadOnly errorFile(folder.path("pluginError.txt"));
+        const test::OrdinaryUser user;
+        if (!user.isActive()) {
+            QSKIP("The rights of root cannot be given up here");
+        }
+        const test::LogCapture complaints;
+
+        log(QtDebugMsg, "lost");
+        writeErrorFile("lost");
+
+        QCOMPARE(complaints.lines(), QStringList());
+    }
+    QCOMPARE(test::treeDifference(folder.tree(), before), QString());
+}
+
+void tst_Logging::twoProcessesMixWholeLines()
+{
+    const test::ProgramFolder folder;
+    QStringList expected;
+    QProcess process;
+    start(process, "many lines");
+    QVERIFY(process.waitForStarted());
+    for (int i = 0; i < linesPerProcess; ++i) {
+        log(QtDebugMsg, QStringLiteral("own %1").arg(i));
+        expected << QStringLiteral("Debug: own %1").arg(i);
+        expected << QStringLiteral("Debug: other %1").arg(i);
+    }
+    QVERIFY(process.waitForFinished());
+
+    QStringList lines = QString::fromUtf8(folder.read("plugin.log")).split('\n');
+    QCOMPARE(lines.takeLast(), QString());
+    lines.sort();
+    expected.sort();
+    QCOMPARE(lines, expected);
+}
+
+int main(int argc, char *argv[])
+{
+    if (const Part *part = argc > 1 ? findPart(argv[1]) : nullptr) {
+        return play(*part, argc, argv);
+    }
+    return test::runRelocated(argc, argv, [](int count, char *words[]) {
+        const QCoreApplication application(count, words);
+        tst_Logging tests;
+        return QTest::qExec(&tests, count, words);
+    });
+}
+
+#include "tst_logging.moc"
