@@ -51,7 +51,8 @@ public:
     /// Makes an executable shell script tool/cputype from \a body.
     void addCpuType(const QByteArray &body) const;
 
-    /// Starts the program as the manager does and waits for its end.
+    /// Starts the program as the manager does and waits for its end. The environment variable
+    /// DRASK_RUN_THROUGH may hold the words of a command to run it through, such as valgrind.
     RunResult run(const QStringList &arguments = {}, const RunOptions &options = {}) const;
 
     /// The lines of plugin.log.

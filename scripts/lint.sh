@@ -1,0 +1,88 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Holds every source against the formatter, the licence line, shellcheck, cppcheck, clazy and
+# clang-tidy. Ends with 1 when one of them has something to say.
+set -u
+# shellcheck source-path=SCRIPTDIR source=prepare.sh
+. "$(dirname "$0")/prepare.sh"
+cd "$repository" || exit 1
+
+build=build/tidy
+# level2 has checks that are a matter of taste for a program of this size:
+# - qstring-allocations asks for QStringLiteral in tests, where plain literals read better.
+clazy_checks=level2
+clazy_test_checks=level1,no-qstring-arg
+failed=0
+
+report() {
+    printf '%-14s %s\n' "$1" "$2"
+    [ "$2" = clean ] || failed=1
+}
+
+# check NAME COMMAND… prints what the command says when it fails.
+check() {
+    local name=$1 output
+    shift
+    if output=$("$@" 2>&1); then
+        report "$name" clean
+    else
+        report "$name" "not clean:"
+        printf '%s\n' "$output" | grep -vE '^[0-9]+ (warnings|errors?) |^Suppressed|^Use -'
+    fi
+}
+
+cpp_files() { git ls-files 'src/*.cpp' 'tests/*.cpp' 'bench/*.cpp'; }
+cpp_and_headers() { git ls-files '*.cpp' '*.h'; }
+shell_files() {
+    git ls-files demo test .ci/run 'scripts/*.sh' 'scripts/**/*.sh' bench/run 'bench/*.sh'
+}
+
+check_licences() {
+    local file lacking=0
+    for file in $(cpp_and_headers) $(shell_files) $(git ls-files '*CMakeLists.txt' '*.cmake'); do
+        if ! head -n 3 "$file" | grep -q 'SPDX-License-Identifier: MIT'; then
+            echo "$file lacks its SPDX line"
+            lacking=1
+        fi
+    done
+    return $lacking
+}
+
+# The generated moc files must exist before a source that includes one can be read.
+prepare_build() {
+    run_quietly cmake --preset tidy -DDRASK_BUILD_FUZZERS=ON
+    # shellcheck disable=SC2046
+    run_quietly cmake --build $build --target $(ninja -C $build -t targets all \
+        | sed -n 's/^\([a-z0-9_]*_autogen\): phony$/\1/p')
+}
+
+tidy_all() { cpp_files | xargs -P "$(getconf _NPROCESSORS_ONLN)" -n 4 clang-tidy --quiet -p $build; }
+clazy_sources() { git ls-files 'src/*.cpp' | xargs clazy-standalone -checks=$clazy_checks -p $build; }
+clazy_tests() {
+    git ls-files 'tests/*.cpp' 'bench/*.cpp' \
+        | xargs -P "$(getconf _NPROCESSORS_ONLN)" -n 4 \
+            clazy-standalone -checks=$clazy_test_checks -p $build
+}
+format_all() { cpp_and_headers | xargs clang-format --dry-run -Werror; }
+shell_all() { shell_files | xargs shellcheck -x; }
+cppcheck_sources() {
+    # useStlAlgorithm: a loop over a table reads better than a lambda.
+    cppcheck --enable=warning,style,performance,portability --inline-suppr --library=qt \
+        --std=c++17 --language=c++ --suppress=useStlAlgorithm --suppress=unknownMacro --quiet \
+        --error-exitcode=1 -Isrc src
+}
+
+install_packages build lint
+prepare_build
+check "clang-format" format_all
+check "licence lines" check_licences
+check "shellcheck" shell_all
+check "cppcheck" cppcheck_sources
+if command -v clazy-standalone >/dev/null; then
+    check "clazy" clazy_sources
+    check "clazy (tests)" clazy_tests
+else
+    echo "clazy          skipped: no package of it here"
+fi
+check "clang-tidy" tidy_all
+exit $failed
