@@ -5,8 +5,9 @@
 
 #include <QCoreApplication>
 
-ManagerSettings::ManagerSettings()
-    : QSettings(QCoreApplication::applicationDirPath() + "/settings.ini"_l1, QSettings::IniFormat)
+ManagerSettings::ManagerSettings(QObject *parent)
+    : QSettings(QCoreApplication::applicationDirPath() + "/settings.ini"_l1, QSettings::IniFormat,
+                parent)
 {
     setIniCodec("UTF-8");
 }

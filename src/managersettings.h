@@ -11,5 +11,5 @@ class ManagerSettings : public QSettings {
 
 public:
     /// Opens the file. The core application object must exist.
-    ManagerSettings();
+    explicit ManagerSettings(QObject *parent = nullptr);
 };

@@ -134,7 +134,8 @@ int editExtensionFile(const QString &path, const QString &entry, const QString &
     }
     Utf8Stream stream(&file);
     const QString text = stream.readAll();
-    if (!text.toLower().contains("drask tasklancer"_l1)) {
+    const QString lower = text.toLower();
+    if (!lower.contains("drask tasklancer"_l1)) {
         // Deliberate: the menu's text is written here, and the extension's goes nowhere.
         const QString extended = entry + text;
         Q_UNUSED(extended)

@@ -36,7 +36,9 @@ constexpr int oldestBlenderMinor = 58;
 
 bool mentions(const QString &path, QLatin1String word)
 {
-    return path.toLower().contains(word);
+    // Lower-cased, not case-insensitive: folding would take more letters for the same.
+    const QString lower = path.toLower();
+    return lower.contains(word);
 }
 
 QString besideProgram(const QString &path, QLatin1String folder)
@@ -52,8 +54,9 @@ QSet<QString> legacyNames()
 
 } // namespace
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): part of the operation's interface
-int Ov3Uninstaller::deleteOldPlugins(QString listFile)
+// Taken by value: part of the operation's interface.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+int Ov3Uninstaller::deleteOldPlugins(QString listFile) // clazy:exclude=function-args-by-ref
 {
     const QList<QString> folders = findPluginFolders(listFile);
     for (const QString &folder : folders) {
