@@ -3,7 +3,7 @@
 # Holds every source against the formatter, the licence line, shellcheck, cppcheck, clazy and
 # clang-tidy. Ends with 1 when one of them has something to say.
 set -u
-# shellcheck source-path=SCRIPTDIR source=prepare.sh
+# shellcheck source=prepare.sh
 . "$(dirname "$0")/prepare.sh"
 cd "$repository" || exit 1
 
@@ -45,23 +45,23 @@ check_licences() {
             lacking=1
         fi
     done
-    return $lacking
+    return "$lacking"
 }
 
 # The generated moc files must exist before a source that includes one can be read.
 prepare_build() {
     run_quietly cmake --preset tidy -DDRASK_BUILD_FUZZERS=ON
     # shellcheck disable=SC2046
-    run_quietly cmake --build $build --target $(ninja -C $build -t targets all \
+    run_quietly cmake --build "$build" --target $(ninja -C "$build" -t targets all \
         | sed -n 's/^\([a-z0-9_]*_autogen\): phony$/\1/p')
 }
 
-tidy_all() { cpp_files | xargs -P "$(getconf _NPROCESSORS_ONLN)" -n 4 clang-tidy --quiet -p $build; }
-clazy_sources() { git ls-files 'src/*.cpp' | xargs clazy-standalone -checks=$clazy_checks -p $build; }
+tidy_all() { cpp_files | xargs -P "$(getconf _NPROCESSORS_ONLN)" -n 4 clang-tidy --quiet -p "$build"; }
+clazy_sources() { git ls-files 'src/*.cpp' | xargs clazy-standalone -checks="$clazy_checks" -p "$build"; }
 clazy_tests() {
     git ls-files 'tests/*.cpp' 'bench/*.cpp' \
         | xargs -P "$(getconf _NPROCESSORS_ONLN)" -n 4 \
-            clazy-standalone -checks=$clazy_test_checks -p $build
+            clazy-standalone -checks="$clazy_test_checks" -p "$build"
 }
 format_all() { cpp_and_headers | xargs clang-format --dry-run -Werror; }
 shell_all() { shell_files | xargs shellcheck -x; }
@@ -85,4 +85,4 @@ else
     echo "clazy          skipped: no package of it here"
 fi
 check "clang-tidy" tidy_all
-exit $failed
+exit "$failed"

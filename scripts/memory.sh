@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Runs every mode of the built program under valgrind: no leak, no invalid access.
 set -u
-# shellcheck source-path=SCRIPTDIR source=prepare.sh
+# shellcheck source=prepare.sh
 . "$(dirname "$0")/prepare.sh"
 cd "$repository" || exit 1
 
