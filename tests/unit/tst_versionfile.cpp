@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "installer/plugininstaller.h"
-#include "sandbox.h"
 #include "versionfile.h"
+
+#include "installer/plugininstaller.h"
+#include "logcapture.h"
+#include "ordinaryuser.h"
+#include "sandbox.h"
 
 #include <QtTest>
 
@@ -11,8 +14,11 @@ class tst_VersionFile : public QObject {
 private slots:
     void readsTheFirstLine_data();
     void readsTheFirstLine();
+    void writtenVersionReadsBack_data();
+    void writtenVersionReadsBack();
     void missingFolderReadsAsUnknown();
     void folderInTheFilesPlaceReadsAsUnknown();
+    void unreadableFileReadsAsUnknown();
 };
 
 void tst_VersionFile::readsTheFirstLine_data()
@@ -34,6 +40,13 @@ void tst_VersionFile::readsTheFirstLine_data()
     QTest::newRow("a letter behind the number") << QByteArray("12a") << -1;
     QTest::newRow("the installer's own version") << QByteArray("2.3.10") << -1;
     QTest::newRow("hexadecimal digits") << QByteArray("0x12") << -1;
+    QTest::newRow("leading zeros") << QByteArray("012") << 12;
+    QTest::newRow("a no-break space before the number") << QByteArray("\xc2\xa0"
+                                                                      "12")
+                                                        << -1;
+    QTest::newRow("digits of another script") << QByteArray("\xd9\xa1\xd9\xa2") << -1;
+    QTest::newRow("a fraction") << QByteArray("12.0") << -1;
+    QTest::newRow("the number in the second line") << QByteArray("version\n12\n") << -1;
     QTest::newRow("random bytes") << QByteArray("\xff\xfe\x00\x01\x80", 5) << -1;
 }
 
@@ -48,17 +61,54 @@ void tst_VersionFile::readsTheFirstLine()
     QCOMPARE(sandbox.read("version.txt"), content);
 }
 
+void tst_VersionFile::writtenVersionReadsBack_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("version");
+
+    QTest::newRow("a whole number") << QString("17") << 17;
+    QTest::newRow("the installer's own version") << QString("2.3.10") << -1;
+}
+
+void tst_VersionFile::writtenVersionReadsBack()
+{
+    QFETCH(QString, text);
+    QFETCH(int, version);
+    const test::Sandbox sandbox;
+
+    QCOMPARE(PluginInstaller::writeVersionFile(sandbox.path(), text), 0);
+
+    QCOMPARE(readVersionTxt(sandbox.path()), version);
+}
+
 void tst_VersionFile::missingFolderReadsAsUnknown()
 {
     const test::Sandbox sandbox;
+    const test::LogCapture log;
 
     QCOMPARE(readVersionTxt(sandbox.path("nowhere")), -1);
+
+    QCOMPARE(log.lines(), QStringList());
+    QCOMPARE(test::treeDifference(sandbox.tree(), {}), QString());
 }
 
 void tst_VersionFile::folderInTheFilesPlaceReadsAsUnknown()
 {
     const test::Sandbox sandbox;
     sandbox.makeFolder("version.txt");
+
+    QCOMPARE(readVersionTxt(sandbox.path()), -1);
+}
+
+void tst_VersionFile::unreadableFileReadsAsUnknown()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("version.txt", "12");
+    QVERIFY(QFile::setPermissions(sandbox.path("version.txt"), QFileDevice::Permissions()));
+    const test::OrdinaryUser user;
+    if (!user.isActive()) {
+        QSKIP("The rights of root cannot be given up here");
+    }
 
     QCOMPARE(readVersionTxt(sandbox.path()), -1);
 }
