@@ -1,0 +1,344 @@
+// SPDX-License-Identifier: MIT
+#include "installer/plugininstaller.h"
+#include "logcapture.h"
+#include "ordinaryuser.h"
+#include "sandbox.h"
+
+#include <QtTest>
+
+namespace {
+
+/// A plug-in's scripts in "src", and the folder "dst" that they go to.
+struct XsiScripts : test::Sandbox {
+    XsiScripts()
+    {
+        write("src/grex.js", "plugins = '__plugindir__'\n");
+        write("src/drask_main.js", "__draskscript__\n");
+        write("src/drask.js", "grex = '__grexjs__'\n");
+        makeFolder("dst");
+    }
+
+    int install() const
+    {
+        return PluginInstaller::copyXSIPlugin(path("src"), path("dst"));
+    }
+
+    /// What a run logs before it opens its first file.
+    QStringList openingLines() const
+    {
+        return {"Debug: src:  \"" + path("src") + '"', "Debug: destFolder:  \"" + path("dst") + '"',
+                "Debug: setupFile:  \"" + path("src") + "/grex.js\"",
+                "Debug: targetFile:  \"" + path("dst") + "/grex.js\""};
+    }
+
+    /// The tree with the first \a count scripts installed.
+    test::Tree treeWith(int count) const
+    {
+        const QByteArray folder = path("dst").toUtf8();
+        const QList<QPair<QString, QByteArray>> scripts = {
+            {"dst/grex.js", "plugins = '" + folder + "/'\n"},
+            {"dst/drask_main.js", "ExecuteScript(\"" + folder + "/drask.js\")\n"},
+            {"dst/drask.js", "grex = '" + folder + "/grex.js'\n"}};
+        test::Tree result = tree();
+        for (int index = 0; index < count; ++index) {
+            result[scripts.at(index).first] = scripts.at(index).second;
+        }
+        return result;
+    }
+
+    const test::LogCapture log;
+};
+
+} // namespace
+
+class tst_Xsi : public QObject {
+    Q_OBJECT
+
+private slots:
+    void allThreeScriptsAreInstalled();
+    void secondRunChangesNoByte();
+    void existingScriptsAreOverwrittenWithoutBackup();
+    void placeHoldersAreReplacedInTheirOwnScriptOnly_data();
+    void placeHoldersAreReplacedInTheirOwnScriptOnly();
+    void destinationIsInsertedAsItIs_data();
+    void destinationIsInsertedAsItIs();
+    void linesAreWrittenAsUtf8WithLineFeeds_data();
+    void linesAreWrittenAsUtf8WithLineFeeds();
+    void scriptWithoutLinesLeavesItsTarget_data();
+    void scriptWithoutLinesLeavesItsTarget();
+    void sourceThatCannotBeOpenedFailsInItsOwnWords_data();
+    void sourceThatCannotBeOpenedFailsInItsOwnWords();
+    void targetThatCannotBeOpenedFails_data();
+    void targetThatCannotBeOpenedFails();
+    void missingDestinationFolderFails();
+    void targetThatMayNotBeWrittenFails();
+};
+
+void tst_Xsi::allThreeScriptsAreInstalled()
+{
+    const XsiScripts xsi;
+    const test::Tree expected = xsi.treeWith(3);
+
+    QCOMPARE(xsi.install(), 0);
+    QCOMPARE(test::treeDifference(xsi.tree(), expected), QString());
+    QCOMPARE(xsi.log.lines(),
+             xsi.openingLines()
+                 + QStringList({"Debug: modify grex.js", "Debug: modify drask_main.js"}));
+}
+
+void tst_Xsi::secondRunChangesNoByte()
+{
+    const XsiScripts xsi;
+    QCOMPARE(xsi.install(), 0);
+    const test::Tree afterFirstRun = xsi.tree();
+
+    QCOMPARE(xsi.install(), 0);
+    QCOMPARE(test::treeDifference(xsi.tree(), afterFirstRun), QString());
+}
+
+void tst_Xsi::existingScriptsAreOverwrittenWithoutBackup()
+{
+    const XsiScripts xsi;
+    const QByteArray old(1000, 'x');
+    xsi.write("dst/grex.js", old);
+    xsi.write("dst/drask_main.js", old);
+    xsi.write("dst/drask.js", old);
+
+    QCOMPARE(xsi.install(), 0);
+    QCOMPARE(test::treeDifference(xsi.tree(), xsi.treeWith(3)), QString());
+}
+
+void tst_Xsi::placeHoldersAreReplacedInTheirOwnScriptOnly_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("expected"); // "D/" stands for the destination folder
+
+    QTest::newRow("grex.js")
+        << "grex.js"
+        << QByteArray("D/D/ - __draskscript____draskscript__ - __grexjs____grexjs__\nD/\n");
+    QTest::newRow("drask_main.js")
+        << "drask_main.js"
+        << QByteArray("__plugindir____plugindir__ - "
+                      "ExecuteScript(\"D/drask.js\")ExecuteScript(\"D/drask.js\") - "
+                      "__grexjs____grexjs__\n__plugindir__\n");
+    QTest::newRow("drask.js") << "drask.js"
+                              << QByteArray("__plugindir____plugindir__ - "
+                                            "__draskscript____draskscript__ - "
+                                            "D/grex.jsD/grex.js\n__plugindir__\n");
+}
+
+void tst_Xsi::placeHoldersAreReplacedInTheirOwnScriptOnly()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, expected);
+    const XsiScripts xsi;
+    const QByteArray otherCase = "__PluginDir__ __DraskScript__ __GrexJs__ __grexjs_\n";
+    xsi.write("src/" + name,
+              "__plugindir____plugindir__ - __draskscript____draskscript__ - "
+              "__grexjs____grexjs__\n__plugindir__\n"
+                  + otherCase);
+
+    QCOMPARE(xsi.install(), 0);
+    QCOMPARE(xsi.read("dst/" + name),
+             expected.replace("D/", xsi.path("dst").toUtf8() + '/') + otherCase);
+}
+
+void tst_Xsi::destinationIsInsertedAsItIs_data()
+{
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("blanks") << " XSI  work group ";
+    QTest::newRow("backslashes") << "C:\\XSI\\new\\\\Plugins\\";
+    QTest::newRow("quotes") << "O'Neil \"x\"";
+    QTest::newRow("a place-holder of the formatter") << "100 %1 %2 %%";
+    QTest::newRow("a place-holder of the scripts") << "__plugindir__ __draskscript__ __grexjs__";
+    QTest::newRow("letters outside ASCII") << QString::fromUtf8("\xe6\xbc\xa2 \xc3\xa9");
+}
+
+void tst_Xsi::destinationIsInsertedAsItIs()
+{
+    QFETCH(QString, name);
+    const XsiScripts xsi;
+    xsi.makeFolder(name);
+    const QByteArray folder = xsi.path(name).toUtf8();
+
+    QCOMPARE(PluginInstaller::copyXSIPlugin(xsi.path("src"), xsi.path(name)), 0);
+    QCOMPARE(xsi.read(name + "/grex.js"), "plugins = '" + folder + "/'\n");
+    QCOMPARE(xsi.read(name + "/drask_main.js"), "ExecuteScript(\"" + folder + "/drask.js\")\n");
+    QCOMPARE(xsi.read(name + "/drask.js"), "grex = '" + folder + "/grex.js'\n");
+}
+
+void tst_Xsi::linesAreWrittenAsUtf8WithLineFeeds_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("written");
+
+    QTest::newRow("carriage returns") << QByteArray("a\r\nb\r\n") << QByteArray("a\nb\n");
+    QTest::newRow("a carriage return inside a line") << QByteArray("a\rb\n") << QByteArray("ab\n");
+    QTest::newRow("a last line without its end") << QByteArray("a\n\nb") << QByteArray("a\n\nb\n");
+    QTest::newRow("a byte-order mark, which falls away")
+        << QByteArray("\xef\xbb\xbf// a\n") << QByteArray("// a\n");
+    QTest::newRow("letters outside ASCII")
+        << QByteArray("// \xc3\xa9\xe6\xbc\xa2\n") << QByteArray("// \xc3\xa9\xe6\xbc\xa2\n");
+    QTest::newRow("a byte that is no UTF-8")
+        << QByteArray("// \xff!\n") << QByteArray("// \xef\xbf\xbd!\n");
+}
+
+void tst_Xsi::linesAreWrittenAsUtf8WithLineFeeds()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, written);
+    const XsiScripts xsi;
+    const QStringList names = {"/grex.js", "/drask_main.js", "/drask.js"};
+    for (const QString &name : names) {
+        xsi.write("src" + name, content);
+    }
+
+    QCOMPARE(xsi.install(), 0);
+    for (const QString &name : names) {
+        QCOMPARE(xsi.read("dst" + name), written);
+    }
+}
+
+void tst_Xsi::scriptWithoutLinesLeavesItsTarget_data()
+{
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("grex.js") << "grex.js";
+    QTest::newRow("drask_main.js") << "drask_main.js";
+    QTest::newRow("drask.js") << "drask.js";
+}
+
+void tst_Xsi::scriptWithoutLinesLeavesItsTarget()
+{
+    QFETCH(QString, name);
+    const XsiScripts xsi;
+    test::Tree expected = xsi.treeWith(3);
+    expected["src/" + name] = "";
+    expected.remove("dst/" + name);
+    xsi.write("src/" + name, "");
+
+    QCOMPARE(xsi.install(), 0);
+    QCOMPARE(test::treeDifference(xsi.tree(), expected), QString());
+
+    xsi.write("dst/" + name, "old");
+    xsi.age("dst/" + name);
+    QCOMPARE(xsi.install(), 0);
+    QCOMPARE(xsi.read("dst/" + name), QByteArray("old"));
+    QVERIFY(xsi.isAged("dst/" + name));
+
+    xsi.remove("dst/" + name);
+    xsi.makeFolder("dst/" + name);
+    QCOMPARE(xsi.install(), 0);
+}
+
+void tst_Xsi::sourceThatCannotBeOpenedFailsInItsOwnWords_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("reason");
+    QTest::addColumn<int>("scriptsWritten");
+    QTest::addColumn<QStringList>("lastLines");
+
+    const QString grex = "Debug: modify grex.js";
+    const QString main = "Debug: modify drask_main.js";
+    const QString missing = "\"No such file or directory\"";
+    const QString folder = "\"file to open is a directory\"";
+    QTest::newRow("grex.js is missing")
+        << "grex.js" << missing << 0 << QStringList("Debug: Could not open source file");
+    QTest::newRow("drask_main.js is missing")
+        << "drask_main.js" << missing << 1 << QStringList({grex, "Debug: error:  " + missing});
+    QTest::newRow("drask.js is missing")
+        << "drask.js" << missing << 2
+        << QStringList({grex, main, "Debug: error opening  " + missing});
+    QTest::newRow("grex.js is a folder")
+        << "grex.js" << folder << 0 << QStringList("Debug: Could not open source file");
+    QTest::newRow("drask_main.js is a folder")
+        << "drask_main.js" << folder << 1 << QStringList({grex, "Debug: error:  " + folder});
+    QTest::newRow("drask.js is a folder")
+        << "drask.js" << folder << 2
+        << QStringList({grex, main, "Debug: error opening  " + folder});
+}
+
+void tst_Xsi::sourceThatCannotBeOpenedFailsInItsOwnWords()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, reason);
+    QFETCH(int, scriptsWritten);
+    QFETCH(QStringList, lastLines);
+    const XsiScripts xsi;
+    xsi.remove("src/" + name);
+    if (reason.contains("is a directory")) {
+        xsi.makeFolder("src/" + name);
+    }
+    const test::Tree expected = xsi.treeWith(scriptsWritten);
+
+    QCOMPARE(xsi.install(), 1);
+    QCOMPARE(test::treeDifference(xsi.tree(), expected), QString());
+    QCOMPARE(xsi.log.lines(), xsi.openingLines() + lastLines);
+}
+
+void tst_Xsi::targetThatCannotBeOpenedFails_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("scriptsWritten");
+    QTest::addColumn<QStringList>("modified");
+
+    const QString grex = "Debug: modify grex.js";
+    const QString main = "Debug: modify drask_main.js";
+    QTest::newRow("grex.js") << "grex.js" << 0 << QStringList(grex);
+    QTest::newRow("drask_main.js") << "drask_main.js" << 1 << QStringList({grex, main});
+    QTest::newRow("drask.js") << "drask.js" << 2 << QStringList({grex, main});
+}
+
+void tst_Xsi::targetThatCannotBeOpenedFails()
+{
+    QFETCH(QString, name);
+    QFETCH(int, scriptsWritten);
+    QFETCH(QStringList, modified);
+    const XsiScripts xsi;
+    xsi.makeFolder("dst/" + name);
+    const test::Tree expected = xsi.treeWith(scriptsWritten);
+
+    QCOMPARE(xsi.install(), 1);
+    QCOMPARE(test::treeDifference(xsi.tree(), expected), QString());
+    QCOMPARE(xsi.log.lines(),
+             xsi.openingLines() + modified
+                 + QStringList("Debug: Could not open target file \"Is a directory\""));
+}
+
+void tst_Xsi::missingDestinationFolderFails()
+{
+    const XsiScripts xsi;
+    xsi.remove("dst");
+    const test::Tree before = xsi.tree();
+
+    QCOMPARE(xsi.install(), 1);
+    QCOMPARE(test::treeDifference(xsi.tree(), before), QString());
+    QCOMPARE(
+        xsi.log.lines(),
+        xsi.openingLines()
+            + QStringList({"Debug: modify grex.js",
+                           "Debug: Could not open target file \"No such file or directory\""}));
+}
+
+void tst_Xsi::targetThatMayNotBeWrittenFails()
+{
+    const XsiScripts xsi;
+    xsi.write("dst/grex.js", "old");
+    const test::Tree before = xsi.tree();
+    const test::ReadOnly lock(xsi.path("dst/grex.js"));
+    {
+        const test::OrdinaryUser user;
+        if (!user.isActive()) {
+            QSKIP("the rights of root could not be given up");
+        }
+        QCOMPARE(xsi.install(), 1);
+    }
+
+    QCOMPARE(test::treeDifference(xsi.tree(), before), QString());
+    QCOMPARE(xsi.log.lines().last(),
+             QString("Debug: Could not open target file \"Permission denied\""));
+}
+
+QTEST_GUILESS_MAIN(tst_Xsi)
+#include "tst_xsi.moc"
