@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+#include "hoststeps.h"
+
+#include "logcapture.h"
+#include "sandbox.h"
+
+#include <QSettings>
+#include <QtTest>
+
+/// The steps of the hosts whose plug-ins are add-ins: Rhino and Revit.
+class tst_HostStepsAddIns : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void rhinoIsRegisteredTwice();
+    void rhinoRegistrationIsRepeatable();
+    void rhinoRegistrationKeepsOtherValues();
+    void unwritableRegistrationIsPassedOver_data();
+    void unwritableRegistrationIsPassedOver();
+    void shippedExtraFilesAreNotTaken_data();
+    void shippedExtraFilesAreNotTaken();
+};
+
+namespace {
+
+const char machineStore[] = "HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\5.0x64\\Plug-ins";
+const char userStore[] = "HKEY_CURRENT_USER\\Software\\McNeel\\Rhinoceros\\5.0x64\\Plug-ins";
+
+PluginPathStruct rhinoIn(const QString &folder)
+{
+    PluginPathStruct host;
+    host.applicationName = "rhino";
+    host.path = folder;
+    host.pluginSubFolder = "/Plug-ins/Drask";
+    return host;
+}
+
+PluginPathStruct revitIn(const QString &folder)
+{
+    PluginPathStruct host;
+    host.applicationName = "revit";
+    host.path = folder;
+    host.pluginSubFolder = "/Plugins/drask";
+    return host;
+}
+
+QString installedLine(const PluginPathStruct &host)
+{
+    return QStringLiteral("Debug: \"%1 plugin installed in: \" \"%2\"")
+        .arg(host.applicationName, host.targetFolder());
+}
+
+/// What a settings store without a codec of its own writes: letters beyond ASCII are escaped.
+QByteArray registration(const QString &target)
+{
+    QByteArray file = (target + "/Drask.rhp").toUtf8();
+    file.replace("\xc3\xa9", "\\xe9");
+    return "[5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20]\nFileName=" + file + "\nName=Drask\n";
+}
+
+} // namespace
+
+void tst_HostStepsAddIns::initTestCase()
+{
+#ifndef Q_OS_LINUX
+    QSKIP("Native settings stores are files in the working directory on Linux alone");
+#endif
+}
+
+void tst_HostStepsAddIns::rhinoIsRegisteredTwice()
+{
+    const test::Sandbox sandbox;
+    const test::WorkingFolder workingFolder(sandbox.path());
+    const PluginPathStruct host = rhinoIn(sandbox.path("rhino"));
+    sandbox.makeFolder("rhino/Plug-ins/Drask");
+    test::Tree expected = sandbox.tree();
+    expected[machineStore] = registration(host.targetFolder());
+    expected[userStore] = registration(host.targetFolder());
+    const test::LogCapture log;
+
+    QCOMPARE(runHostSteps(host), 0);
+
+    QCOMPARE(log.lines(), QStringList(installedLine(host)));
+    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
+    const QSettings readBack(userStore, QSettings::NativeFormat);
+    QCOMPARE(readBack.value("5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20/FileName").toString(),
+             host.targetFolder() + "/Drask.rhp");
+}
+
+void tst_HostStepsAddIns::rhinoRegistrationIsRepeatable()
+{
+    const test::Sandbox sandbox;
+    const test::WorkingFolder workingFolder(sandbox.path());
+    const PluginPathStruct host = rhinoIn(sandbox.path("rhino"));
+    const test::LogCapture log;
+    QCOMPARE(runHostSteps(host), 0);
+    const test::Tree once = sandbox.tree();
+
+    QCOMPARE(runHostSteps(host), 0);
+
+    QCOMPARE(test::treeDifference(sandbox.tree(), once), QString());
+}
+
+void tst_HostStepsAddIns::rhinoRegistrationKeepsOtherValues()
+{
+    const test::Sandbox sandbox;
+    const test::WorkingFolder workingFolder(sandbox.path());
+    const PluginPathStruct host = rhinoIn(sandbox.path("rhino"));
+    sandbox.write(userStore,
+                  "[5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20]\nFileName=/old\n\n[zz]\nName=Other\n");
+    const test::LogCapture log;
+
+    QCOMPARE(runHostSteps(host), 0);
+
+    QCOMPARE(sandbox.read(userStore), registration(host.targetFolder()) + "\n[zz]\nName=Other\n");
+    QCOMPARE(sandbox.read(machineStore), registration(host.targetFolder()));
+}
+
+void tst_HostStepsAddIns::unwritableRegistrationIsPassedOver_data()
+{
+    QTest::addColumn<QString>("obstacle");
+    QTest::addColumn<QString>("other");
+
+    QTest::newRow("the store of the machine") << QString(machineStore) << QString(userStore);
+    QTest::newRow("the store of the user") << QString(userStore) << QString(machineStore);
+}
+
+void tst_HostStepsAddIns::unwritableRegistrationIsPassedOver()
+{
+    QFETCH(QString, obstacle);
+    QFETCH(QString, other);
+    const test::Sandbox sandbox;
+    const test::WorkingFolder workingFolder(sandbox.path());
+    const PluginPathStruct host = rhinoIn(sandbox.path("rhino"));
+    sandbox.makeFolder(obstacle);
+    test::Tree expected = sandbox.tree();
+    expected[other] = registration(host.targetFolder());
+    const test::LogCapture log;
+
+    QCOMPARE(runHostSteps(host), 0);
+
+    QCOMPARE(log.lines(), QStringList(installedLine(host)));
+    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
+}
+
+void tst_HostStepsAddIns::shippedExtraFilesAreNotTaken_data()
+{
+    QTest::addColumn<bool>("isRhino");
+
+    QTest::newRow("Rhino") << true;
+    QTest::newRow("Revit") << false;
+}
+
+void tst_HostStepsAddIns::shippedExtraFilesAreNotTaken()
+{
+    QFETCH(bool, isRhino);
+    const test::Sandbox sandbox;
+    const test::WorkingFolder workingFolder(sandbox.path());
+    PluginPathStruct host = isRhino ? rhinoIn(sandbox.path("host")) : revitIn(sandbox.path("host"));
+    host.sourceFolder = sandbox.path("shipped");
+    for (const QString &place : {QString(), QString("shipped/"), QString("host/")}) {
+        for (const char *name :
+             {"Drask.rhp", "Drask_tb.rui", "DraskRevitUpload.addin", "DraskRevitUpload.dll"}) {
+            sandbox.write(place + name, "shipped");
+        }
+    }
+    sandbox.makeFolder("host" + host.pluginSubFolder + "..");
+    sandbox.makeFolder("host" + host.pluginSubFolder);
+    test::Tree expected = sandbox.tree();
+    if (isRhino) {
+        expected[machineStore] = registration(host.targetFolder());
+        expected[userStore] = registration(host.targetFolder());
+    }
+    const test::LogCapture log;
+
+    QCOMPARE(runHostSteps(host), 0);
+
+    QCOMPARE(log.lines(), QStringList(installedLine(host)));
+    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
+}
+
+QTEST_GUILESS_MAIN(tst_HostStepsAddIns)
+#include "tst_hoststeps_addins.moc"
