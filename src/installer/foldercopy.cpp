@@ -61,17 +61,31 @@ void listMayaShelf(const QString &src, const QString &dst, QTextStream &manifest
     }
 }
 
-/// Copies what \a files still has to give. Returns what the last file that failed met.
-int copyFiles(QDirIterator &files, const QString &src, const QString &dst, QTextStream &manifest)
+/// The names of the plain files of \a folder, unsorted, each ended by "/". They are one text, since
+/// a list of so many objects would make memory grow with the plug-in.
+QString listFiles(const QString &folder)
 {
-    int result = Copied;
+    QString names;
+    QDirIterator files(folder, QDir::Files);
     while (files.hasNext()) {
         files.next();
-        const QString name = QLatin1Char('/') + files.fileName();
+        names += files.fileName() + QLatin1Char('/');
+    }
+    return names;
+}
+
+/// Copies the files \a names. Returns what the last one that failed met.
+int copyFiles(const QString &names, const QString &src, const QString &dst, QTextStream &manifest)
+{
+    int result = Copied;
+    for (int begin = 0; begin < names.size();) {
+        const int end = names.indexOf(QLatin1Char('/'), begin);
+        const QString name = QLatin1Char('/') + names.mid(begin, end - begin);
         const int fileResult = copyFile(src + name, dst + name, manifest);
         if (fileResult != Copied) {
             result = fileResult;
         }
+        begin = end + 1;
     }
     return result;
 }
@@ -116,7 +130,8 @@ int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nes
     if (!QDir(dst).exists()) {
         static_cast<void>(QDir().mkpath(dst));
     }
-    QDirIterator files(src, QDir::Files);
+    // Listed before anything is written: the two folders may be one and the same.
+    const QString files = listFiles(src);
     if (!nested && !openManifest(dst)) {
         return ManifestNotOpened;
     }
