@@ -1,0 +1,240 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# The cases of the benchmark. Each has functions make_, commands_, reset_ and verify_CASE; a command
+# is "name|words". The folder $work holds everything: tool/ with the program, host/ served by it,
+# bare/ served by the bare loop, person/ served by what a person would use.
+: "${work:?is the folder for everything}" "${build:?is where the program was built}"
+
+plugin=$work/tool/plugins/modo
+program=$work/tool/drask-installer
+bare=$build/bench/drask-bench-bare
+operation=$build/bench/drask-bench-operation
+
+title() {
+    case $1 in
+        install_100) echo "install, 100 files of 2 KiB" ;;
+        install_2000) echo "install, 2,000 files of 2 KiB" ;;
+        install_20000) echo "install, 20,000 files of 2 KiB" ;;
+        install_large) echo "install, 100 files of 1 MiB" ;;
+        update) echo "update of 2,000 files that are there" ;;
+        idle) echo "nothing to do, 15 hosts" ;;
+        hosts_150) echo "nothing to do, 150 hosts" ;;
+        hosts_1500) echo "nothing to do, 1,500 hosts" ;;
+        remove) echo "removal by a manifest of 20,000 lines" ;;
+        legacy) echo "legacy removal among 40,000 files" ;;
+        maya) echo "new path in a userSetup.py of 10 MB" ;;
+        lightwave) echo "new entry in an LW.CFG of 10 MB" ;;
+    esac
+}
+
+wrong() {
+    printf '%s\n' "$*" >&2
+    exit 1
+}
+
+make_workstation() {
+    mkdir -p "$work/tool/plugins" "$work/host"
+    cp "$build/src/drask-installer" "$program"
+}
+
+# write_settings HOSTS: that many hosts, all "modo", in host/, host2/, …
+write_settings() {
+    local number
+    {
+        printf '[UserData]\nusername=Ann\n\n[plugins]\nversionModo=7\n\n[pluginpaths]\nsize=%d\n' "$1"
+        for ((number = 1; number <= $1; ++number)); do
+            printf '%d\\application=modo\n%d\\path=%s\n' "$number" "$number" \
+                "$work/host$([ "$number" -eq 1 ] || echo "$number")"
+        done
+    } >"$work/tool/settings.ini"
+}
+
+# make_files COUNT BYTES FOLDER
+make_files() {
+    rm -rf "$3"
+    mkdir -p "$3"
+    head -c "$(($1 * $2))" /dev/urandom | (cd "$3" && split -a 5 -b "$2" - part_)
+}
+
+make_install() {
+    make_files "$1" "$2" "$plugin"
+    write_settings 1
+}
+commands_install() {
+    echo "program|$program reinstall"
+    echo "bare loop|$bare copy $plugin $work/bare"
+    echo "cp -r|cp -r $plugin $work/person"
+}
+reset_install() { rm -rf "$work/host" "$work/bare" "$work/person" && mkdir "$work/host"; }
+verify_install() {
+    local target verified=0
+    for target in "$work/host/Scripts/drask" "$work/bare" "$work/person"; do
+        [ -d "$target" ] || continue
+        diff -rq -x uninstall.ini -x manager.cfg "$plugin" "$target" || wrong "$target differs"
+        verified=1
+    done
+    [ $verified -eq 1 ] || wrong "nothing was installed"
+}
+
+make_install_100() { make_install 100 2048; }
+make_install_2000() { make_install 2000 2048; }
+make_install_20000() { make_install 20000 2048; }
+make_install_large() { make_install 100 1048576; }
+for case_name in install_100 install_2000 install_20000 install_large; do
+    eval "commands_$case_name() { commands_install; }
+          reset_$case_name() { reset_install; }
+          verify_$case_name() { verify_install; }"
+done
+
+# Each target holds an older state of every file before it is updated.
+make_update() {
+    make_install 2000 2048
+    make_files 2000 2048 "$work/older"
+}
+commands_update() {
+    echo "program|$program reinstall"
+    echo "bare loop|$bare copy $plugin $work/bare"
+    echo "rsync -a|rsync -a --ignore-times $plugin/ $work/person/"
+}
+reset_update() {
+    reset_install
+    mkdir -p "$work/host/Scripts"
+    cp -r "$work/older" "$work/host/Scripts/drask"
+    cp -r "$work/older" "$work/bare"
+    cp -r "$work/older" "$work/person"
+    rm -f "$work/done"
+}
+verify_update() {
+    local target updated=0
+    for target in "$work/host/Scripts/drask" "$work/bare" "$work/person"; do
+        diff -rq -x uninstall.ini -x manager.cfg "$plugin" "$target" >/dev/null \
+            && updated=$((updated + 1))
+    done
+    [ $updated -eq 1 ] || wrong "$updated targets were updated instead of one"
+}
+
+# Every host has the version that is wanted, and a manager.cfg that says the same.
+make_idle_hosts() {
+    local number
+    make_install 1 1
+    printf 7 >"$plugin/version.txt"
+    write_settings "$1"
+    (cd "$work/tool" && "$program") || wrong "the hosts could not be prepared"
+}
+commands_idle_hosts() {
+    echo "program|$program"
+    echo "empty program|$build/bench/drask-bench-empty"
+}
+verify_idle_hosts() {
+    local idle
+    idle=$(grep -c 'not necessary to write cfg' "$work/tool/plugin.log")
+    [ "$idle" -eq "$1" ] || wrong "$idle hosts were found to be up to date instead of $1"
+}
+make_idle() { make_idle_hosts 15; }
+make_hosts_150() { make_idle_hosts 150; }
+make_hosts_1500() { make_idle_hosts 1500; }
+commands_idle() { commands_idle_hosts; }
+commands_hosts_150() { commands_idle_hosts; }
+commands_hosts_1500() { commands_idle_hosts; }
+reset_idle() { :; }
+reset_hosts_150() { :; }
+reset_hosts_1500() { :; }
+verify_idle() { verify_idle_hosts 15; }
+verify_hosts_150() { verify_idle_hosts 150; }
+verify_hosts_1500() { verify_idle_hosts 1500; }
+
+make_remove() {
+    make_install 20000 2048
+    rm -rf "$work"/host[0-9]*
+    reset_install
+    (cd "$work/tool" && "$program" reinstall) || wrong "nothing to remove could be installed"
+    rm -rf "$work/installed"
+    cp -r "$work/host" "$work/installed"
+}
+commands_remove() {
+    echo "program|$program uninstallPlugin '(modo) $work/host'"
+    echo "bare loop|$bare remove $work/host/Scripts/drask/uninstall.ini"
+    echo "xargs rm|xargs -a $work/installed/Scripts/drask/uninstall.ini rm"
+}
+reset_remove() {
+    rm -rf "$work/host"
+    cp -r "$work/installed" "$work/host"
+}
+verify_remove() {
+    local left
+    left=$(find "$work/host" -name 'part_*' | wc -l)
+    [ "$left" -eq 0 ] || wrong "$left files are left"
+}
+
+# 40,000 files in 40 folders, every hundredth of them a legacy file.
+make_legacy() {
+    local number folder
+    rm -rf "$work/legacy" "$work/installed"
+    for ((number = 0; number < 40; ++number)); do
+        folder=$work/legacy/maya/scripts/Drask/$number
+        make_files 980 1 "$folder"
+        (cd "$folder" && touch grex.pyc utils.pyc drask.py manager.cfg && seq -f other_%g 16 | xargs touch)
+    done
+    echo "path=$work/host/maya/Maya.app" >"$work/hosts.txt"
+}
+commands_legacy() {
+    local folder=$work/host/maya/scripts/Drask
+    echo "program|$program ov3uninstall $work/hosts.txt"
+    echo "bare loop|$bare legacy $folder"
+    echo "find -delete|find $folder -type f ( -name grex.pyc -o -name utils.pyc -o -name drask.py -o -name manager.cfg ) -delete"
+    echo "find -type f|find $folder -type f"
+}
+reset_legacy() {
+    rm -rf "$work/host"
+    cp -r "$work/legacy" "$work/host"
+}
+verify_legacy() {
+    local left
+    left=$(find "$work/host" -type f | wc -l)
+    # The bare walk of "find" deletes nothing.
+    [ "$left" -eq 39840 ] || [ "$left" -eq 40000 ] || wrong "$left files are left"
+}
+
+old_path_line="	sys.path.append( importable_path(u'/old/place'))"
+
+make_maya() {
+    mkdir -p "$work/scripts/drask"
+    {
+        head -c 7400000 /dev/urandom | base64 -w 60
+        printf '#drask_installed\n%s\n' "$old_path_line"
+    } >"$work/userSetup.original"
+    printf '#drask_installed\n%s\n' "$old_path_line" >"$work/scripts/drask/drask_userSetup.py"
+}
+commands_maya() {
+    echo "program|$operation maya $work/scripts/drask/drask_userSetup.py $work/scripts/drask"
+    echo "bare loop|$bare maya $work/scripts/userSetup.py \"u'/old/place'\" \"u'$work/scripts/drask'\""
+    echo "sed -i|sed -i s,/old/place,$work/scripts/drask, $work/scripts/userSetup.py"
+}
+reset_maya() { cp "$work/userSetup.original" "$work/scripts/userSetup.py"; }
+verify_maya() {
+    sed "s,/old/place,$work/scripts/drask," "$work/userSetup.original" \
+        | cmp - "$work/scripts/userSetup.py" || wrong "userSetup.py is not as it should be"
+}
+
+make_lightwave() {
+    mkdir -p "$work/lightwave" "$work/lightwave.original"
+    {
+        printf 'MenuEntry 131072 1 _\r\nMenuEntry 1 Options \r\n'
+        head -c 7100000 /dev/urandom | base64 -w 40 | sed 's/^/MenuEntry 2 . /; s/$/\r/'
+    } >"$work/lightwave.original/LW.CFG"
+    printf '{ Entry\r\n}\r\n' >"$work/lightwave.original/LWEXT.CFG"
+}
+commands_lightwave() {
+    echo "program|$operation lightwave $work/lightwave"
+    echo "bare loop|$bare lightwave $work/lightwave"
+    echo "sed -i.bak|sed -i.bak '/MenuEntry 1 Options/a MenuEntry 2 . Generic_Drask' $work/lightwave/LW.CFG"
+}
+reset_lightwave() {
+    rm -rf "$work/lightwave"
+    cp -r "$work/lightwave.original" "$work/lightwave"
+}
+verify_lightwave() {
+    local backup=$work/lightwave/LW.CFG_bak
+    [ -f "$backup" ] || backup=$work/lightwave/LW.CFG.bak
+    cmp "$backup" "$work/lightwave.original/LW.CFG" || wrong "the backup is not as it should be"
+}

@@ -1,0 +1,100 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# What ./bench/run prints and writes, from hyperfine's tables. Uses the functions of cases.sh.
+: "${repository:?}" "${work:?}" "${build:?}" "${program:?}"
+
+print_head() {
+    cat <<'TEXT'
+| case | command | median, ms | processor, ms | processor, program : this |
+|---|---|---:|---:|---:|
+TEXT
+}
+
+# Columns of the table: command,mean,stddev,median,user,system,min,max, in seconds. The first row is
+# the program's.
+add_rows() {
+    awk -F, -v title="$2" 'NR > 1 {
+        cpu = ($5 + $6) * 1000
+        if (NR == 2) { program = cpu; ratio = "" } else { ratio = sprintf("%.2f", program / cpu) }
+        printf "| %s | %s | %.1f | %.1f | %s |\n", NR == 2 ? title : "", $1, $4 * 1000, cpu, ratio
+    }' "$work/$1.csv"
+}
+
+# peak_memory COMMAND… prints the largest resident size in KiB.
+peak_memory() {
+    if [ "$(uname)" = Darwin ]; then
+        /usr/bin/time -l "$@" 2>&1 >/dev/null | awk '/maximum resident/ {print int($1 / 1024)}'
+    else
+        /usr/bin/time -f %M "$@" 2>&1 >/dev/null | tail -n 1
+    fi
+}
+
+measure_memory() {
+    local count
+    printf '| install of | peak memory, MiB |\n|---|---:|\n'
+    cd "$work/tool" || fail "The sample workstation is gone"
+    for count in 100 2000 20000; do
+        make_install "$count" 2048
+        reset_install
+        printf '| %d files | %.1f |\n' "$count" \
+            "$(peak_memory "$program" reinstall | awk '{print $1 / 1024}')"
+    done
+    printf '| (an empty QtCore program) | %.1f |\n' \
+        "$(peak_memory "$build/bench/drask-bench-empty" | awk '{print $1 / 1024}')"
+}
+
+describe_machine() {
+    local processor
+    processor=$(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo 2>/dev/null | head -n 1)
+    [ -n "$processor" ] || processor=$(sysctl -n machdep.cpu.brand_string 2>/dev/null)
+    printf 'Measured on %s with %s processors (%s), %s, QtCore %s, files on %s.\n' \
+        "$(date +%Y-%m-%d)" "$(getconf _NPROCESSORS_ONLN)" "${processor:-unknown}" "$(uname -sr)" \
+        "$(qt_version)" "$(file_system)"
+}
+
+qt_version() {
+    sed -n 's/^set(PACKAGE_VERSION \(.*\))/\1/p' \
+        "$(sed -n 's/^Qt5Core_DIR:PATH=//p' "$build/CMakeCache.txt")/Qt5CoreConfigVersion.cmake"
+}
+
+file_system() { df -T "$work" 2>/dev/null | awk 'NR == 2 {print $2}'; }
+
+# Everything between the two marks in docs/performance.md is the machine's; the rest is ours.
+write_document() {
+    local document=$repository/docs/performance.md
+    {
+        sed '/^<!-- begin of figures -->$/q' "$document"
+        printf '\n%s\n\n' "$(describe_machine)"
+        cat "$1"
+        printf '\n'
+        sed -n '/^<!-- end of figures -->$/,$p' "$document"
+    } >"$work/document.md" && cp "$work/document.md" "$document"
+}
+
+# cost COUNT CASE NAME prints the count and the processor time, in ms, of one command of a case.
+cost() {
+    awk -F, -v count="$1" -v name="$3" '$1 == name {print count, ($5 + $6) * 1000}' "$work/$2.csv"
+}
+
+draw_plot() {
+    local name
+    for name in program "bare loop" "cp -r"; do
+        cost 100 install_100 "$name"
+        cost 2000 install_2000 "$name"
+        cost 20000 install_20000 "$name"
+        printf '\n\n'
+    done >"$work/plot.data"
+    gnuplot <<TEXT
+set terminal svg size 640,400 font "sans-serif,12" background "white"
+set output "$repository/docs/performance.svg"
+set title "Installing files of 2 KiB"
+set xlabel "files"
+set ylabel "processor time, ms"
+set logscale xy
+set key left top
+set grid
+plot "$work/plot.data" index 0 with linespoints title "program", \
+     "" index 1 with linespoints title "bare loop", \
+     "" index 2 with linespoints title "cp -r"
+TEXT
+}
