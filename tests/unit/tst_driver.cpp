@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "driver.h"
 
+#include "expectedlog.h"
 #include "globals.h"
 #include "logcapture.h"
 #include "ordinaryuser.h"
@@ -24,33 +25,9 @@ private slots:
     void relativeFolderIsUsedAsItStands();
 };
 
-namespace {
-
-QString quoted(const QString &text)
-{
-    return QLatin1Char('"') + text + QLatin1Char('"');
-}
-
-/// What an uninstallation of \a folder logs when manifest and manager.cfg are there.
-QStringList linesOfUninstall(const QString &folder, int result)
-{
-    return {"Debug: begin uninstall", "Debug: " + quoted(folder + "/uninstall.ini"),
-            QStringLiteral("Debug: uninstallPlugin  %1").arg(result)};
-}
-
-/// What an uninstallation of \a folder logs when neither is there.
-QStringList linesWithoutManifest(const QString &folder)
-{
-    const QString manifest = quoted(folder + "/uninstall.ini");
-    return {"Debug: begin uninstall",
-            "Debug: cannot open  " + manifest + "  for reading, ignore",
-            "Debug: " + manifest,
-            "Debug: could not delete  " + manifest,
-            "Debug: could not delete  " + quoted(folder + "/manager.cfg"),
-            "Debug: uninstallPlugin  0"};
-}
-
-} // namespace
+using test::linesOfUninstall;
+using test::linesWithoutManifest;
+using test::quoted;
 
 void tst_Driver::globalsStartEmpty()
 {

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "expectedlog.h"
+#include "installpass.h"
+#include "managersettings.h"
+#include "relocated.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+/// What the tests of the install pass share.
+namespace test {
+
+/// A host in a folder of \a sandbox that bears its key, whose plug-in is shipped in the folder
+/// "shipped KEY" in the version 7.
+inline PluginPathStruct hostIn(const Sandbox &sandbox, const QString &key, const QString &subFolder)
+{
+    PluginPathStruct host;
+    host.applicationName = key;
+    host.path = sandbox.path(key);
+    host.pluginSubFolder = subFolder;
+    host.sourceFolder = sandbox.path("shipped " + key);
+    host.version = 7;
+    return host;
+}
+
+inline QString installedLine(const PluginPathStruct &host)
+{
+    return installedLine(host.applicationName, host.targetFolder());
+}
+
+/// What every pass logs before its first host.
+inline QStringList linesBefore(const QString &projectsFolder = "QVariant(Invalid)")
+{
+    return {"Debug: !!!settings local:  " + projectsFolder, "Debug: version:  24"};
+}
+
+inline int runPass(const QList<PluginPathStruct> &hosts, bool forceReinstall = false,
+                   int exitCode = 0)
+{
+    const ManagerSettings settings;
+    return runInstallPass(hosts, settings, forceReinstall, exitCode);
+}
+
+/// The manager.cfg that a pass writes when nothing is set and no program tells the CPU type.
+inline QByteArray plainConfig(const ProgramFolder &folder, const QByteArray &lineEnd = "\n")
+{
+    const QByteArray dropProgram = folder.path("DraskDrop").toUtf8();
+    return QList<QByteArray>{"", "", dropProgram, "2.3.10", "", "1", "1"}.join(lineEnd);
+}
+
+} // namespace test
