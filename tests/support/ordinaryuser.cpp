@@ -17,6 +17,20 @@ constexpr gid_t ordinaryGroupId = 65534;
 constexpr QFile::Permissions writeForAll = QFile::WriteOwner | QFile::WriteUser | QFile::WriteGroup
     | QFile::WriteOther;
 
+/// Changes whom this process acts as; root can be taken back.
+bool actAs(uid_t user, gid_t group, bool groupFirst)
+{
+#ifdef Q_OS_LINUX
+    // access() asks for the real user, so that one has to change as well.
+    const auto setGroup = [group] { return setresgid(group, group, 0) == 0; };
+    const auto setUser = [user] { return setresuid(user, user, 0) == 0; };
+#else
+    const auto setGroup = [group] { return setegid(group) == 0; };
+    const auto setUser = [user] { return seteuid(user) == 0; };
+#endif
+    return groupFirst ? setGroup() && setUser() : setUser() && setGroup();
+}
+
 } // namespace
 
 void becomeOrdinaryUser()
@@ -39,14 +53,14 @@ void giveToOrdinaryUser(const QString &path)
 OrdinaryUser::OrdinaryUser()
     : wasRoot(geteuid() == 0)
 {
-    if (wasRoot && (setegid(ordinaryGroupId) != 0 || seteuid(ordinaryUserId) != 0)) {
+    if (wasRoot && !actAs(ordinaryUserId, ordinaryGroupId, true)) {
         qWarning("The rights of root could not be given up");
     }
 }
 
 OrdinaryUser::~OrdinaryUser()
 {
-    if (wasRoot && (seteuid(0) != 0 || setegid(0) != 0)) {
+    if (wasRoot && !actAs(0, 0, false)) {
         qFatal("The rights of root could not be taken back");
     }
 }
