@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "copysandbox.h"
+
+#include <QDir>
+
+namespace test {
+
+CopySandbox::CopySandbox(bool onlyWriteConfig)
+    : copier("/opt/drask", "ann", "/projects", onlyWriteConfig, true)
+    , linesOfTheConstructor(capture.lines().size())
+{
+}
+
+int CopySandbox::copy(const QString &source, const QString &target)
+{
+    return copier.copyFolder(path(source), path(target), false);
+}
+
+QStringList CopySandbox::manifest(const QString &target) const
+{
+    QStringList lines = QString::fromUtf8(read(target + "/uninstall.ini")).split(QLatin1Char('\n'));
+    lines.removeLast();
+    return lines.replaceInStrings(path() + QLatin1Char('/'), QString());
+}
+
+QStringList CopySandbox::log() const
+{
+    return capture.lines()
+        .mid(linesOfTheConstructor)
+        .replaceInStrings(path() + QLatin1Char('/'), QString());
+}
+
+PluginInstaller &CopySandbox::installer()
+{
+    return copier;
+}
+
+QStringList filesInCopyOrder(const QString &folder)
+{
+    const QDir dir(folder);
+    QStringList files = dir.entryList(QDir::Files, QDir::Unsorted);
+    const QStringList subFolders = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
+    for (const QString &subFolder : subFolders) {
+        const QStringList below = filesInCopyOrder(folder + QLatin1Char('/') + subFolder);
+        for (const QString &file : below) {
+            files << subFolder + QLatin1Char('/') + file;
+        }
+    }
+    return files;
+}
+
+} // namespace test

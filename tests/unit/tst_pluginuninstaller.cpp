@@ -1,0 +1,276 @@
+// SPDX-License-Identifier: MIT
+#include "logcapture.h"
+#include "ordinaryuser.h"
+#include "sandbox.h"
+#include "uninstaller/pluginuninstaller.h"
+
+#include <QtTest>
+
+class tst_PluginUninstaller : public QObject {
+    Q_OBJECT
+
+private slots:
+    void metaObjectHoldsTheNameAlone();
+    void parentTakesTheObjectAlong();
+
+    void listedFilesAndBothOwnFilesAreDeleted();
+    void foldersAndOtherFilesStay();
+    void missingListedFilesAreSkipped();
+    void fileListedTwiceIsDeletedOnce();
+    void lastLineNeedsNoLineEnd();
+    void windowsLineEndsAreNoPartOfTheNames();
+    void nonAsciiAndOddNamesAreDeleted();
+    void relativeLinesBelongToTheWorkingFolder();
+    void linesAreUsedExactlyAsWritten();
+    void listedLinksAreDeletedButNotTheirTargets();
+    void danglingLinksStay();
+    void readOnlyFileInAWritableFolderIsDeleted();
+    void emptyManifestIsDeleted();
+};
+
+namespace {
+
+/// Installs \a lines as the manifest of the sandbox's folder "drask", each ended by a line feed.
+void writeManifest(const test::Sandbox &sandbox, const QStringList &lines)
+{
+    sandbox.write("drask/uninstall.ini", lines.join(QLatin1Char('\n')).toUtf8() + '\n');
+    sandbox.write("drask/manager.cfg", "ann\n");
+}
+
+int uninstall(const test::Sandbox &sandbox)
+{
+    return PluginUninstaller().uninstallPlugin(sandbox.path("drask"));
+}
+
+QStringList relativeLog(const test::LogCapture &log, const test::Sandbox &sandbox)
+{
+    return log.lines().replaceInStrings(sandbox.path() + QLatin1Char('/'), QString());
+}
+
+const QString begins = "Debug: begin uninstall";
+const QString manifestName = "Debug: \"drask/uninstall.ini\"";
+
+} // namespace
+
+void tst_PluginUninstaller::metaObjectHoldsTheNameAlone()
+{
+    PluginUninstaller uninstaller;
+    const QMetaObject *meta = uninstaller.metaObject();
+
+    QCOMPARE(meta->className(), "PluginUninstaller");
+    QCOMPARE(meta->superClass(), &QObject::staticMetaObject);
+    QCOMPARE(meta->methodCount(), QObject::staticMetaObject.methodCount());
+    QCOMPARE(meta->propertyCount(), QObject::staticMetaObject.propertyCount());
+    QCOMPARE(meta->constructorCount(), 0);
+    QCOMPARE(meta->enumeratorCount(), 0);
+    QCOMPARE(meta->classInfoCount(), 0);
+    QCOMPARE(uninstaller.qt_metacast("PluginUninstaller"), static_cast<void *>(&uninstaller));
+    QCOMPARE(uninstaller.qt_metacast("QObject"), static_cast<void *>(&uninstaller));
+    QCOMPARE(uninstaller.qt_metacast("Other"), nullptr);
+}
+
+void tst_PluginUninstaller::parentTakesTheObjectAlong()
+{
+    QPointer<PluginUninstaller> child;
+    {
+        QObject parent;
+        child = new PluginUninstaller(&parent);
+        QCOMPARE(child->parent(), &parent);
+    }
+    QVERIFY(child.isNull());
+    QCOMPARE(PluginUninstaller().parent(), nullptr);
+}
+
+void tst_PluginUninstaller::listedFilesAndBothOwnFilesAreDeleted()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/a.py", "a");
+    sandbox.write("drask/sub/b.py", "b");
+    sandbox.write("elsewhere/shelf.mel", "s");
+    writeManifest(sandbox,
+                  {sandbox.path("drask/a.py"), sandbox.path("drask/sub/b.py"),
+                   sandbox.path("elsewhere/shelf.mel")});
+    const test::LogCapture log;
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/sub/", "elsewhere/"}));
+    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
+}
+
+void tst_PluginUninstaller::foldersAndOtherFilesStay()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/a.py", "a");
+    sandbox.write("drask/own.py", "mine");
+    sandbox.write("drask/version.txt", "12");
+    writeManifest(sandbox, {sandbox.path("drask/a.py")});
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(test::treeDifference(
+                 sandbox.tree(),
+                 {{"drask/", ""}, {"drask/own.py", "mine"}, {"drask/version.txt", "12"}}),
+             QString());
+}
+
+void tst_PluginUninstaller::missingListedFilesAreSkipped()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/b.py", "b");
+    writeManifest(sandbox,
+                  {sandbox.path("drask/a.py"), QString(), sandbox.path("nowhere/c.py"),
+                   sandbox.path("drask/b.py")});
+    const test::LogCapture log;
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QVERIFY(!sandbox.exists("drask/b.py"));
+    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
+}
+
+void tst_PluginUninstaller::fileListedTwiceIsDeletedOnce()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("shelf.mel", "s");
+    const QString shelf = sandbox.path("shelf.mel");
+    writeManifest(sandbox, {shelf, shelf, shelf});
+    const test::LogCapture log;
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QVERIFY(!sandbox.exists("shelf.mel"));
+    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
+}
+
+void tst_PluginUninstaller::lastLineNeedsNoLineEnd()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/a.py", "a");
+    sandbox.write("drask/uninstall.ini", sandbox.path("drask/a.py").toUtf8());
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
+}
+
+void tst_PluginUninstaller::windowsLineEndsAreNoPartOfTheNames()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/a.py", "a");
+    sandbox.write("drask/b.py", "b");
+    writeManifest(sandbox, {sandbox.path("drask/a.py") + '\r', sandbox.path("drask/b.py") + '\r'});
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
+}
+
+void tst_PluginUninstaller::nonAsciiAndOddNamesAreDeleted()
+{
+    const test::Sandbox sandbox;
+    const QStringList names = {QString::fromUtf8("\xc3\xa9\xe6\x97\xa5.py"),
+                               " blanks ",
+                               "a\tb",
+                               "O'Neil \"x\".py",
+                               "#a",
+                               "%1",
+                               QString(255, 'x')};
+    QStringList lines;
+    for (const QString &name : names) {
+        sandbox.write("drask/" + name, "a");
+        lines << sandbox.path("drask/" + name);
+    }
+    writeManifest(sandbox, lines);
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
+}
+
+void tst_PluginUninstaller::relativeLinesBelongToTheWorkingFolder()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/a.py", "in the plug-in folder");
+    sandbox.write("a.py", "in the working folder");
+    writeManifest(sandbox, {"a.py"});
+    const QString workingFolder = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(sandbox.path()));
+
+    const int result = uninstall(sandbox);
+    QVERIFY(QDir::setCurrent(workingFolder));
+
+    QCOMPARE(result, 0);
+    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
+}
+
+void tst_PluginUninstaller::linesAreUsedExactlyAsWritten()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/a.py", "a");
+    sandbox.write("drask/b.py", "b");
+    const QString file = sandbox.path("drask/a.py");
+    writeManifest(sandbox,
+                  {QLatin1Char(' ') + file, file + QLatin1Char(' '), '"' + file + '"',
+                   "file://" + file, sandbox.path("drask/*.py"),
+                   sandbox.path("drask/../drask/b.py")});
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
+}
+
+void tst_PluginUninstaller::listedLinksAreDeletedButNotTheirTargets()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("home/own.txt", "mine");
+    sandbox.makeLink(sandbox.path("home/own.txt"), "drask/file");
+    sandbox.makeLink(sandbox.path("home"), "drask/folder");
+    writeManifest(sandbox, {sandbox.path("drask/file"), sandbox.path("drask/folder")});
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "home/", "home/own.txt"}));
+}
+
+void tst_PluginUninstaller::danglingLinksStay()
+{
+    const test::Sandbox sandbox;
+    sandbox.makeLink("/nowhere/at/all", "drask/gone");
+    writeManifest(sandbox, {sandbox.path("drask/gone")});
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/gone@"}));
+}
+
+void tst_PluginUninstaller::readOnlyFileInAWritableFolderIsDeleted()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/a.py", "a");
+    QVERIFY(QFile::setPermissions(sandbox.path("drask/a.py"), QFile::ReadOwner));
+    writeManifest(sandbox, {sandbox.path("drask/a.py")});
+    test::giveToOrdinaryUser(sandbox.path("drask"));
+    const test::OrdinaryUser user;
+    if (!user.isActive()) {
+        QSKIP("Only an ordinary user is stopped by permissions.");
+    }
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
+}
+
+void tst_PluginUninstaller::emptyManifestIsDeleted()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/uninstall.ini", "");
+    sandbox.write("drask/manager.cfg", "ann");
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
+}
+
+QTEST_GUILESS_MAIN(tst_PluginUninstaller)
+#include "tst_pluginuninstaller.moc"
