@@ -46,10 +46,23 @@ QString besideProgram(const QString &path, QLatin1String folder)
     return QFileInfo(path).absolutePath() + folder;
 }
 
-QSet<QString> legacyNames()
+/// The legacy names as views, so that a name within a path can be looked up where it stands.
+QSet<QStringView> legacyNames()
 {
-    const QStringList names = QString(legacyFileList).split(QLatin1Char(','));
-    return {names.cbegin(), names.cend()};
+    static const QString list = legacyFileList;
+    QSet<QStringView> names;
+    for (int begin = 0; begin <= list.size();) {
+        const int comma = list.indexOf(QLatin1Char(','), begin);
+        const int end = comma < 0 ? list.size() : comma;
+        names.insert(QStringView(list).mid(begin, end - begin));
+        begin = end + 1;
+    }
+    return names;
+}
+
+QStringView fileName(const QString &path)
+{
+    return QStringView(path).mid(path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 
 } // namespace
@@ -93,13 +106,13 @@ QList<QString> Ov3Uninstaller::findPluginFolders(const QString &listFile)
 
 QList<QString> Ov3Uninstaller::findPluginFiles(const QString &folder)
 {
-    static const QSet<QString> names = legacyNames();
+    static const QSet<QStringView> names = legacyNames();
     QList<QString> files;
     QDirIterator entries(QDir(folder), QDirIterator::Subdirectories);
     while (entries.hasNext()) {
-        entries.next();
-        if (names.contains(entries.fileName()) && !entries.fileInfo().isDir()) {
-            files.append(entries.filePath());
+        const QString path = entries.next();
+        if (names.contains(fileName(path)) && !entries.fileInfo().isDir()) {
+            files.append(path);
         }
     }
     return files;
