@@ -73,8 +73,9 @@ private:
 /// Every run ends by itself, in time and in order, with an empty console and the exit code \a code.
 #define VERIFY_RUN(result, code)                                                                   \
     do {                                                                                           \
-        QVERIFY2((result).ended, "the program did not end by itself");                             \
-        QVERIFY2(!(result).crashed, "the program crashed");                                        \
-        QCOMPARE((result).console, QByteArray());                                                  \
-        QCOMPARE((result).exitCode, (code));                                                       \
+        const test::RunResult verifiedRun = (result);                                              \
+        QVERIFY2(verifiedRun.ended, "the program did not end by itself");                          \
+        QVERIFY2(!verifiedRun.crashed, "the program crashed");                                     \
+        QCOMPARE(verifiedRun.console, QByteArray());                                               \
+        QCOMPARE(verifiedRun.exitCode, (code));                                                    \
     } while (false)
