@@ -3,6 +3,9 @@
 
 #include <QString>
 
+/// \file
+/// From the command line to the exit code: what main() calls, and the removal of one plug-in.
+
 /// Runs the program: clears the log of the previous run from the working directory, reads the
 /// command line, runs the mode that it asks for, and returns the exit code. \a argc and \a argv are
 /// those of main(). Nothing is printed.
@@ -11,7 +14,10 @@
 /// the last positive result of an uninstallation (see uninstallPluginFunction()).
 int runDriver(int argc, char *argv[]);
 
-/// Uninstalls the plug-in in \a folder (used exactly as given, without a trailing slash). Returns
-/// the result of PluginUninstaller::uninstallPlugin(), which it logs; or 0 for a text without any
-/// "/", which is no folder: that logs "nothing to uninstall for ".
+/// Uninstalls the plug-in in \a folder, which is used exactly as given, has no trailing slash and
+/// ends with the plug-in's own sub-folder.
+///
+/// Returns the result of PluginUninstaller::uninstallPlugin(), which it logs behind
+/// "uninstallPlugin "; or 0 for a text without any "/", which is no folder: that logs "nothing to
+/// uninstall for " and the text.
 int uninstallPluginFunction(const QString &folder);

@@ -6,6 +6,7 @@
 #include <QLatin1String>
 #include <QString>
 
+/// \file
 /// The values that the whole run shares. They are defined in driver.cpp, which alone sets them.
 
 /// The user named by the manager's settings; empty until the settings are loaded, and empty again
@@ -27,6 +28,8 @@ inline constexpr QLatin1String installerVersion = "2.3.10"_l1;
 
 /// What the exit code tells the manager, beyond 0 for success and the results of uninstallations.
 namespace ExitCode {
+/// The files of a plug-in could not be copied, or not all of them.
 inline constexpr int pluginNotCopied = 2;
+/// A manager.cfg or Maya's start-up script could not be written.
 inline constexpr int configurationNotWritten = 3;
 } // namespace ExitCode

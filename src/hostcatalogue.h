@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 
+/// \file
 /// The hosts that the program knows: where each one's plug-in comes from and where it goes.
 
 /// One install target.
@@ -17,16 +18,18 @@ struct PluginPathStruct {
     QString sourceFolder = ""_l1;    ///< the shipped plug-in; empty for an unknown host
     int version = -9999; ///< the version that the manager wants; -9999 for an unknown host
 
-    /// Where the plug-in goes: path and pluginSubFolder, joined as they stand.
+    /// Where the plug-in goes: path and pluginSubFolder, joined as they stand. No trailing slash,
+    /// unless path has one and pluginSubFolder is empty.
     QString targetFolder() const;
 };
 
 /// Returns the install targets of the host \a applicationName (a key of the host table, compared
 /// case-sensitively) that is installed in the folder \a path, with the versions that the manager's
-/// settings record (0 where they have none):
+/// settings record (0 where they have none, or no number):
 /// - a known host: one record;
 /// - "3dsmax": six records, one a language, in the order CHS, DEU, ENU, FRA, JPN, KOR;
-/// - an unknown key: one record with no folders and the version -9999.
+/// - an unknown key: one record with no folders of the plug-in and the version -9999.
 ///
-/// Logs "applicationName" and "path" with their values.
+/// \a path is kept as it stands; nothing here asks whether it exists. Logs "applicationName" and
+/// "path" with their values.
 QList<PluginPathStruct> getPluginInfoList(QString applicationName, QString path);

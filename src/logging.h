@@ -5,13 +5,16 @@
 #include <QString>
 #include <QtGlobal>
 
-/// The program's two voices. Both files lie beside the program, are UTF-8, and are opened, appended
-/// to and closed anew for each message, so that every line is on the disk even if the process ends
-/// abnormally. A file that cannot be opened loses the message without a word anywhere.
+/// \file
+/// The program's two voices.
+///
+/// Both files lie beside the program, are UTF-8, and are opened, appended to and closed anew for
+/// each message, so that every line is on the disk even if the process ends abnormally. A file that
+/// cannot be opened loses the message without a word anywhere.
 
 /// The message handler for qInstallMessageHandler: appends \a message to "plugin.log" as one line,
 /// "Debug: …", "Warning: …" or "Critical: …" by its \a type; an info message becomes an empty line.
-/// A fatal message is not written: the process aborts.
+/// A fatal message is not written: the process aborts. The \a context is not used.
 void myMessageOutput(QtMsgType type, const QMessageLogContext &context, const QString &message);
 
 /// Appends \a message and a line feed to "pluginError.txt", whose text the manager shows to the

@@ -7,6 +7,7 @@
 
 #include <functional>
 
+/// \file
 /// What every text file of this program needs, whoever reads or writes it.
 
 /// A text stream over a device that reads and writes UTF-8 without a byte-order mark.

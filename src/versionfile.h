@@ -3,6 +3,10 @@
 
 #include <QString>
 
+/// \file
+/// The version file of an installed plug-in. The plug-in brings it along; this program only reads
+/// it.
+
 /// Reads the version of an installed plug-in: the first line of \a folder + "/version.txt" as a
 /// whole decimal number. \a folder has no trailing slash.
 ///

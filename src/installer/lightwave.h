@@ -3,6 +3,7 @@
 
 #include <QString>
 
+/// \file
 /// The texts that go into LightWave's configuration files.
 
 /// LightWave Layout's default menu with the plug-in's entry in it: 811 lines, each ended by "\r\n".

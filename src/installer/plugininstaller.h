@@ -6,6 +6,9 @@
 #include <QString>
 #include <QStringList>
 
+/// \file
+/// The installation of one plug-in into one host.
+
 /// Installs plug-ins into host folders and edits the start-up files of hosts. One object serves a
 /// whole run; it holds what its writers share.
 ///
@@ -26,12 +29,15 @@ public:
     void readCPUinfo();
 
     /// Writes \a version, as UTF-8 and without a line end, to \a folder + "/version.txt".
-    /// Returns 0, or 3 when the file cannot be opened; that logs "error writing version file: ".
+    /// An older file is replaced. Returns 0, or 3 when the file cannot be opened; that logs "error
+    /// writing version file: " and \a folder. No folder is made.
     static int writeVersionFile(const QString &folder, const QString &version);
 
     /// Copies all files of the folder \a src and of its subfolders into \a dst, replacing what is
     /// there, and lists every placed file in the manifest \a dst + "/uninstall.ini" (UTF-8, one
-    /// path a line, each ended by "\n"). Callers pass false for \a nested; only the calls for
+    /// path a line, each ended by "\n"; PluginUninstaller reads it). A file whose path holds
+    /// "drask_uninstall" is copied and not listed. For Maya's plug-in the manifest also names the
+    /// shelf that Maya will make. Callers pass false for \a nested; only the calls for
     /// subfolders pass true, and add to the manifest of the outermost folder.
     ///
     /// Returns
@@ -41,28 +47,37 @@ public:
     /// - 2: a placed file in a folder without subfolders cannot be opened for reading and writing;
     /// - 4: \a src, or one of its folders, does not exist; nothing is logged.
     ///
-    /// Hidden files and folders are not copied; links are followed.
+    /// Hidden files and folders are not copied; links are followed. Logs each file that could not
+    /// be removed, copied or opened, and the name that the manifest had before.
     int copyFolder(const QString &src, const QString &dst, bool nested);
 
     /// Writes the plug-in's configuration to the file \a path (a full name, "…/manager.cfg"): seven
     /// lines of UTF-8, ended by "\r\n" with \a windowsLineEnds and by "\n" without, the last by
-    /// nothing. Line 4 is \a version. A file whose first seven lines say the same already is left
-    /// as it is. Returns 0, or 3 when the file cannot be opened for writing.
+    /// nothing. They are the user, the projects folder, the manager's drop program, \a version, the
+    /// CPU type in URL-safe base64, "1", and "1" or "0" for the textures. A file whose first seven
+    /// lines say the same already is left as it is. Returns 0, or 3 when the file cannot be opened
+    /// for writing. Logs whether the file was there, and whether it is written.
     int writeConfig(const QString &path, const QString &version, bool windowsLineEnds) const;
 
     /// Adds the lines of the file \a templateFile to Maya's start-up script, the "userSetup.py" one
     /// level above the plug-in folder \a pluginFolder, or brings an earlier addition up to date.
-    /// The user's script is kept once as "userSetup.py.draskbackup" in the plug-in folder.
-    /// Returns 0 when the script is as it should be, 1 when a file cannot be opened.
+    /// The user's script is kept once as "userSetup.py.draskbackup" in the plug-in folder. Both
+    /// files are UTF-8. An earlier addition is known by the marker (see installedMarker) and the
+    /// path line behind it; the place-holders of the template become \a pluginFolder.
+    /// Returns 0 when the script is as it should be, 1 when the template or the script cannot be
+    /// opened or the ends of the earlier addition are not found, which is logged.
     static int copyMayaUserSetup(const QString &templateFile, const QString &pluginFolder);
 
     /// Puts \a folder on Houdini's search path: adds a HOUDINI_PATH assignment to the file
-    /// \a envFile ("…/houdini.env"), or updates the one that an earlier run added.
-    /// Returns 0 when the file is as it should be, 1 when it cannot be opened.
+    /// \a envFile ("…/houdini.env", UTF-8), or updates the one that an earlier run added; then
+    /// the lines behind it go. \a folder is written as it stands. Returns 0 when the file is as it
+    /// should be, 1 when it cannot be opened: logged when an assignment was to be updated, silent
+    /// when one was to be added.
     static int editHoudiniEnv(const QString &folder, const QString &envFile);
 
-    /// Adds the line "import drask" to the Clarisse start-up script \a script, once.
-    /// Returns 0 when the line is there, 1 when the file cannot be opened. Logs nothing.
+    /// Adds the line "import drask" to the Clarisse start-up script \a script (a full name; UTF-8),
+    /// once, and makes the script when there is none. Returns 0 when the line is there, 1 when the
+    /// file cannot be opened. Logs nothing.
     static int editClarisseStartup(const QString &script);
 
     /// Registers the plug-in in LightWave's configuration: its menu entry in the menu file of the
@@ -74,9 +89,10 @@ public:
     /// lightwave.cpp.
     static int editLwvCfgFile(const QString &folder);
 
-    /// Installs the three scripts of the XSI plug-in from \a sourceFolder into \a destFolder, with
-    /// their place-holders replaced by paths in \a destFolder. Existing targets are overwritten;
-    /// a source without lines leaves its target alone. Returns 0, or 1 at the first script that
+    /// Installs the three scripts of the XSI plug-in ("grex.js", "drask_main.js" and "drask.js",
+    /// UTF-8) from \a sourceFolder into \a destFolder, with their place-holders replaced by paths
+    /// in \a destFolder, as it stands. Lines end with "\n". Existing targets are overwritten; a
+    /// source without lines leaves its target alone. Returns 0, or 1 at the first script that
     /// cannot be read or written, which is logged; scripts written before it stay.
     static int copyXSIPlugin(const QString &sourceFolder, const QString &destFolder);
 

@@ -10,6 +10,7 @@
 
 #include <functional>
 
+/// \file
 /// The steps that the edits of hosts' start-up files share.
 
 /// The comment line by which an earlier addition is recognised.
@@ -17,8 +18,8 @@ inline constexpr QLatin1String installedMarker = "#drask_installed"_l1;
 
 /// What a walk through a start-up file found out.
 struct ScriptScan {
-    QString content; ///< every line read, each ended by "\r\n"
-    bool markerSeen = false;
+    QString content;         ///< every line read, each ended by "\r\n"
+    bool markerSeen = false; ///< a line with installedMarker was among them
     QString oldLine; ///< the line that an earlier run added, to be brought up to date; or empty
 
     /// True when an earlier run's line was recognised.
