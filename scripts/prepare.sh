@@ -23,7 +23,7 @@ debian_packages() {
         fuzz) echo "clang libclang-rt-dev" ;;
         bench) echo "hyperfine gnuplot-nox rsync" ;;
         docs) echo "doxygen graphviz mandoc" ;;
-        package) echo "file dpkg-dev patchelf" ;;
+        package) echo "file dpkg-dev" ;;
         *) fail "There is no list of packages for '$1'" ;;
     esac
 }

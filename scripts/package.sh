@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Builds every package of this platform: on Linux a .tar.gz and a .deb, on macOS a .tar.gz and a
+# .pkg.
+#
+#   scripts/package.sh [FOLDER]    the packages come to lie in FOLDER; without it, in build/package
+set -u
+# shellcheck source=prepare.sh
+. "$(dirname "$0")/prepare.sh"
+
+cd "$repository" || exit 1
+folder=${1:-build/package}
+
+# The same commit gives the same times, whenever the packages are built.
+choose_time() {
+    [ -z "${SOURCE_DATE_EPOCH-}" ] || return 0
+    SOURCE_DATE_EPOCH=$(git -C "$repository" log -1 --format=%ct 2>/dev/null) || return 0
+    export SOURCE_DATE_EPOCH
+}
+
+# What Debian builds its own packages with: hardening, and no path of this machine in the program.
+choose_flags() {
+    command -v dpkg-buildflags >/dev/null || return 0
+    export DEB_BUILD_MAINT_OPTIONS=hardening=+all
+    CXXFLAGS="$(dpkg-buildflags --get CPPFLAGS) $(dpkg-buildflags --get CXXFLAGS)"
+    LDFLAGS=$(dpkg-buildflags --get LDFLAGS)
+    export CXXFLAGS LDFLAGS
+}
+
+remove_old_packages() {
+    rm -f "$folder"/drask-installer[-_]*.tar.gz "$folder"/drask-installer[-_]*.deb \
+        "$folder"/drask-installer[-_]*.pkg
+}
+
+install_packages build package
+choose_time
+choose_flags
+build_program "$folder"
+remove_old_packages
+run_quietly cmake --build "$folder" --target package
+for package in "$folder"/drask-installer[-_]*.tar.gz "$folder"/drask-installer[-_]*.deb \
+    "$folder"/drask-installer[-_]*.pkg; do
+    [ ! -e "$package" ] || printf '%s\n' "$package"
+done
