@@ -6,6 +6,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <memory>
+
 namespace test {
 
 /// A folder with all that is in it: relative path -> content. Folders end in "/" and have an empty
@@ -58,7 +60,7 @@ public:
     Sandbox &operator=(const Sandbox &) = delete;
 
 private:
-    QTemporaryDir home;
+    std::unique_ptr<QTemporaryDir> home;
 };
 
 /// While it lives, \a folder is the working directory.
