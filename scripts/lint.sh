@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Holds every source against the formatter, the licence line, shellcheck, cppcheck, clazy and
-# clang-tidy. Ends with 1 when one of them has something to say.
+# Holds every source against the formatter, the licence line, shellcheck, yamllint, cppcheck, clazy
+# and clang-tidy. Ends with 1 when one of them has something to say.
 set -u
 # shellcheck source=prepare.sh
 . "$(dirname "$0")/prepare.sh"
@@ -34,7 +34,8 @@ check() {
 cpp_files() { git ls-files 'src/*.cpp' 'tests/*.cpp' 'bench/*.cpp'; }
 cpp_and_headers() { git ls-files '*.cpp' '*.h'; }
 shell_files() {
-    git ls-files demo test .ci/run 'scripts/*.sh' 'scripts/**/*.sh' bench/run 'bench/*.sh'
+    git ls-files demo test .ci/run 'scripts/*.sh' 'scripts/**/*.sh' bench/run 'bench/*.sh' \
+        'tests/**/*.sh' cmake/packaging/postrm
 }
 
 check_licences() {
@@ -65,6 +66,7 @@ clazy_tests() {
 }
 format_all() { cpp_and_headers | xargs clang-format --dry-run -Werror; }
 shell_all() { shell_files | xargs shellcheck -x; }
+yaml_all() { git ls-files '*.yml' .yamllint | xargs yamllint --strict; }
 cppcheck_sources() {
     # useStlAlgorithm: a loop over a table reads better than a lambda.
     cppcheck --enable=warning,style,performance,portability --inline-suppr --library=qt \
@@ -77,6 +79,7 @@ prepare_build
 check "clang-format" format_all
 check "licence lines" check_licences
 check "shellcheck" shell_all
+check "yamllint" yaml_all
 check "cppcheck" cppcheck_sources
 if command -v clazy-standalone >/dev/null; then
     check "clazy" clazy_sources

@@ -17,7 +17,7 @@ debian_packages() {
     case $1 in
         build) echo "g++ cmake ninja-build qtbase5-dev" ;;
         test) echo "strace util-linux mount" ;;
-        lint) echo "clang-format clang-tidy clazy cppcheck shellcheck" ;;
+        lint) echo "clang-format clang-tidy clazy cppcheck shellcheck yamllint" ;;
         memory) echo "valgrind" ;;
         coverage) echo "gcovr" ;;
         fuzz) echo "clang libclang-rt-dev" ;;
@@ -31,7 +31,7 @@ debian_packages() {
 brew_packages() {
     case $1 in
         build) echo "cmake ninja qt@5" ;;
-        lint) echo "clang-format llvm cppcheck shellcheck" ;;
+        lint) echo "clang-format llvm cppcheck shellcheck yamllint" ;;
         coverage) echo "gcovr" ;;
         fuzz) echo "llvm" ;;
         bench) echo "hyperfine gnuplot rsync" ;;
