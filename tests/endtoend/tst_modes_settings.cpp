@@ -1,0 +1,324 @@
+// SPDX-License-Identifier: MIT
+#include "expectedlog.h"
+#include "workstation.h"
+
+#include <QRandomGenerator>
+#include <QtTest>
+
+using test::linesOfLookUp;
+
+/// What the manager's settings make of a run.
+class tst_ModesSettings : public QObject {
+    Q_OBJECT
+
+private slots:
+    void settingsReachTheConfiguration_data();
+    void settingsReachTheConfiguration();
+    void projectsFolderIsLogged();
+    void hostFoldersAreUtf8_data();
+    void hostFoldersAreUtf8();
+    void uselessEntryDoesNotDisturbTheNext_data();
+    void uselessEntryDoesNotDisturbTheNext();
+    void sizeOfTheArrayDecides_data();
+    void sizeOfTheArrayDecides();
+    void settingsAreNeverWritten_data();
+    void settingsAreNeverWritten();
+    void unusableSettingsAreNoFailure_data();
+    void unusableSettingsAreNoFailure();
+};
+
+namespace {
+
+const char obstacle[] = "a folder in the file's place";
+
+QByteArray configOf(const test::Workstation &workstation, const QByteArray &user = "",
+                    const QByteArray &projects = "", const QByteArray &textures = "1")
+{
+    return user + '\n' + projects + '\n' + workstation.tool("DraskDrop").toUtf8()
+        + "\n2.3.10\n\n1\n" + textures;
+}
+
+/// One entry of the array "pluginpaths".
+QByteArray entry(int number, const QByteArray &key, const QByteArray &folder)
+{
+    const QByteArray name = QByteArray::number(number) + '\\';
+    return name + "application=" + key + '\n' + name + "path=\"" + folder + "\"\n";
+}
+
+QByteArray randomBytes(quint32 seed)
+{
+    QRandomGenerator generator(seed);
+    QByteArray bytes(4096, '\0');
+    for (char &byte : bytes) {
+        byte = static_cast<char>(generator.bounded(256));
+    }
+    return bytes;
+}
+
+} // namespace
+
+void tst_ModesSettings::settingsReachTheConfiguration_data()
+{
+    QTest::addColumn<QByteArray>("settings");
+    QTest::addColumn<QByteArray>("user");
+    QTest::addColumn<QByteArray>("projects");
+    QTest::addColumn<QByteArray>("textures");
+    const auto row = [](const char *name, const QByteArray &settings, const QByteArray &user,
+                        const QByteArray &projects = "", const QByteArray &textures = "1") {
+        QTest::newRow(name) << settings << user << projects << textures;
+    };
+    const QByteArray ann = "[UserData]\nusername=Ann\n";
+
+    row("nothing is set", "", "");
+    row("a user", ann, "Ann");
+    row("a user with non-ASCII letters", "[UserData]\nusername=\xc3\x84nn \xe6\x97\xa5\n",
+        "\xc3\x84nn \xe6\x97\xa5");
+    row("logged out", ann + "loggedOut=true\n", "");
+    row("logged out by a number", ann + "loggedOut=1\n", "");
+    row("not logged out", ann + "loggedOut=false\n", "Ann");
+    row("not logged out by a number", ann + "loggedOut=0\n", "Ann");
+    row("logged out left empty", ann + "loggedOut=\n", "Ann");
+    row("logged out, nobody named", "[UserData]\nloggedOut=true\n", "");
+    row("logged out in another section", ann + "[Settings]\nloggedOut=true\n", "Ann");
+    row("a projects folder", "[PathOptions]\nlocalProjectsFolder=/p r/\xc3\xb6\n", "",
+        "/p r/\xc3\xb6");
+    row("logging out keeps the projects folder",
+        ann + "loggedOut=true\n[PathOptions]\nlocalProjectsFolder=/p\n", "", "/p");
+    row("textures are copied", "[Settings]\ncopyTexFiles=true\n", "", "", "1");
+    row("textures are not copied", "[Settings]\ncopyTexFiles=false\n", "", "", "0");
+    row("everything", ann + "[PathOptions]\nlocalProjectsFolder=/p\n[Settings]\ncopyTexFiles=0\n",
+        "Ann", "/p", "0");
+}
+
+void tst_ModesSettings::settingsReachTheConfiguration()
+{
+    QFETCH(QByteArray, settings);
+    QFETCH(QByteArray, user);
+    QFETCH(QByteArray, projects);
+    QFETCH(QByteArray, textures);
+    const test::Workstation workstation;
+    workstation.addPlugin("modo", {});
+    workstation.write("tool/settings.ini",
+                      settings + "[pluginpaths]\nsize=1\n"
+                          + entry(1, "modo", workstation.path("modo").toUtf8()));
+    test::Tree expected = workstation.tree();
+    expected["tool/version.txt"] = "2.3.10";
+    expected.insert("modo/", "");
+    expected.insert("modo/Scripts/", "");
+    expected.insert("modo/Scripts/drask/", "");
+    expected["modo/Scripts/drask/uninstall.ini"] = "";
+    expected["modo/Scripts/drask/manager.cfg"] = configOf(workstation, user, projects, textures);
+
+    VERIFY_RUN(workstation.run(), 0);
+    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+
+    workstation.age("modo/Scripts/drask/manager.cfg");
+    VERIFY_RUN(workstation.run(), 0);
+    QVERIFY(workstation.isAged("modo/Scripts/drask/manager.cfg"));
+    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+}
+
+void tst_ModesSettings::projectsFolderIsLogged()
+{
+    const test::Workstation workstation;
+    workstation.write("tool/settings.ini",
+                      "[PathOptions]\nlocalProjectsFolder=/p r/\xc3\xb6 \xe6\x97\xa5\n");
+
+    VERIFY_RUN(workstation.run(), 0);
+
+    const QString shown = "QVariant(QString, \"/p r/ö 日\")";
+    QCOMPARE(workstation.log(),
+             QStringList({"Debug: settings loaded", "Debug: !!!settings local:  " + shown,
+                          "Debug: version:  24", "Debug: 0"}));
+}
+
+void tst_ModesSettings::hostFoldersAreUtf8_data()
+{
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QString>("folder");
+
+    QTest::newRow("plain letters") << QByteArray("host") << QString("host");
+    QTest::newRow("two and three bytes a letter")
+        << QByteArray("H\xc3\xb6st \xe6\x97\xa5") << QString("Höst 日");
+    QTest::newRow("four bytes a letter") << QByteArray("\xf0\x9f\x98\x80") << QString("😀");
+    QTest::newRow("an escaped letter") << QByteArray("H\\xf6st") << QString("Höst");
+    QTest::newRow("a comma, a semicolon, an equals sign")
+        << QByteArray("a, b; c=d") << QString("a, b; c=d");
+    QTest::newRow("percent signs") << QByteArray("100%20 %1") << QString("100%20 %1");
+}
+
+void tst_ModesSettings::hostFoldersAreUtf8()
+{
+    QFETCH(QByteArray, written);
+    QFETCH(QString, folder);
+    const test::Workstation workstation;
+    workstation.addPlugin("sketchup", {{"ä.rb", "a"}});
+    workstation.write("tool/settings.ini",
+                      "[pluginpaths]\nsize=1\n"
+                          + entry(1, "sketchup", workstation.path("").toUtf8() + '/' + written));
+    test::Tree expected = workstation.tree();
+    expected["tool/version.txt"] = "2.3.10";
+    expected.insert(folder + '/', "");
+    expected[folder + "/ä.rb"] = "a";
+    expected[folder + "/uninstall.ini"] = workstation.path(folder + "/ä.rb\n").toUtf8();
+    expected[folder + "/manager.cfg"] = configOf(workstation);
+
+    VERIFY_RUN(workstation.run(), 0);
+
+    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+    QVERIFY(workstation.log().contains(test::installedLine("sketchup", workstation.path(folder))));
+}
+
+void tst_ModesSettings::uselessEntryDoesNotDisturbTheNext_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("path");
+
+    QTest::newRow("nothing in it") << QByteArray() << QString() << QString();
+    QTest::newRow("no folder") << QByteArray("2\\application=maya\n") << QString("maya")
+                               << QString();
+    QTest::newRow("an empty folder")
+        << QByteArray("2\\application=maya\n2\\path=\n") << QString("maya") << QString();
+    QTest::newRow("a folder without a slash")
+        << QByteArray("2\\application=maya\n2\\path=tool\n") << QString("maya") << QString("tool");
+    QTest::newRow("an unknown key without a slash")
+        << QByteArray("2\\application=nuke\n2\\path=tool\n") << QString("nuke") << QString("tool");
+    QTest::newRow("keys in capital letters")
+        << QByteArray("2\\APPLICATION=maya\n2\\PATH=/m\n") << QString() << QString();
+}
+
+void tst_ModesSettings::uselessEntryDoesNotDisturbTheNext()
+{
+    QFETCH(QByteArray, lines);
+    QFETCH(QString, key);
+    QFETCH(QString, path);
+    const test::Workstation workstation;
+    workstation.addPlugin("sketchup", {});
+    const QString first = workstation.path("first");
+    const QString third = workstation.path("third");
+    workstation.write("tool/settings.ini",
+                      "[pluginpaths]\nsize=3\n" + entry(1, "sketchup", first.toUtf8()) + lines
+                          + entry(3, "sketchup", third.toUtf8()));
+    test::Tree expected = workstation.tree();
+    expected["tool/version.txt"] = "2.3.10";
+    for (const QString &folder : {QString("first/"), QString("third/")}) {
+        expected.insert(folder, "");
+        expected[folder + "uninstall.ini"] = "";
+        expected[folder + "manager.cfg"] = configOf(workstation);
+    }
+
+    VERIFY_RUN(workstation.run(), 0);
+
+    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+    QCOMPARE(workstation.errors(), QByteArray());
+    const QStringList log = workstation.log();
+    QCOMPARE(log.mid(1, 6),
+             linesOfLookUp("sketchup", first) + linesOfLookUp(key, path)
+                 + linesOfLookUp("sketchup", third));
+    QCOMPARE(log.filter("nothing to copy for"),
+             QStringList("Debug: nothing to copy for  " + test::quoted(key)));
+}
+
+void tst_ModesSettings::sizeOfTheArrayDecides_data()
+{
+    QTest::addColumn<QByteArray>("size");
+    QTest::addColumn<int>("entries");
+
+    QTest::newRow("as many as there are") << QByteArray("size=2\n") << 2;
+    QTest::newRow("more than there are") << QByteArray("size=5\n") << 5;
+    QTest::newRow("fewer than there are") << QByteArray("size=1\n") << 1;
+    QTest::newRow("zero") << QByteArray("size=0\n") << 0;
+    QTest::newRow("negative") << QByteArray("size=-1\n") << 0;
+    QTest::newRow("a text") << QByteArray("size=two\n") << 0;
+    QTest::newRow("a fraction") << QByteArray("size=1.5\n") << 0;
+    QTest::newRow("empty") << QByteArray("size=\n") << 0;
+    QTest::newRow("missing") << QByteArray("") << 0;
+}
+
+void tst_ModesSettings::sizeOfTheArrayDecides()
+{
+    QFETCH(QByteArray, size);
+    QFETCH(int, entries);
+    const test::Workstation workstation;
+    workstation.addPlugin("sketchup", {});
+    const QStringList folders{workstation.path("one"), workstation.path("two")};
+    workstation.write("tool/settings.ini",
+                      "[pluginpaths]\n" + entry(1, "sketchup", folders.at(0).toUtf8())
+                          + entry(2, "sketchup", folders.at(1).toUtf8()) + size);
+    QStringList lookUps("Debug: settings loaded");
+    for (int i = 0; i < entries; ++i) {
+        lookUps += i < 2 ? linesOfLookUp("sketchup", folders.at(i)) : linesOfLookUp("", "");
+    }
+
+    VERIFY_RUN(workstation.run(), 0);
+
+    const QStringList log = workstation.log();
+    QCOMPARE(log.mid(0, lookUps.size()), lookUps);
+    QCOMPARE(log.value(lookUps.size()), QString("Debug: !!!settings local:  QVariant(Invalid)"));
+    QCOMPARE(log.filter("nothing to copy for  \"\"").size(), qMax(0, entries - 2));
+    QCOMPARE(workstation.exists("one/manager.cfg"), entries > 0);
+    QCOMPARE(workstation.exists("two/manager.cfg"), entries > 1);
+}
+
+void tst_ModesSettings::settingsAreNeverWritten_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+
+    QTest::newRow("install") << QStringList();
+    QTest::newRow("only write config") << QStringList("onlyWriteConfig");
+    QTest::newRow("reinstall") << QStringList("reinstall");
+    QTest::newRow("uninstall all plug-ins") << QStringList("uninstallAllPlugins");
+    QTest::newRow("uninstall a plug-in") << QStringList({"uninstallPlugin", "(sketchup) /nowhere"});
+}
+
+void tst_ModesSettings::settingsAreNeverWritten()
+{
+    QFETCH(QStringList, arguments);
+    const test::Workstation workstation;
+    workstation.addPlugin("sketchup", {});
+    workstation.write("tool/settings.ini",
+                      "; by hand\n[UserData]\nloggedOut = true\n\n[pluginpaths]\nsize=1\n"
+                          + entry(1, "sketchup", workstation.path("h").toUtf8()));
+    const QByteArray before = workstation.read("tool/settings.ini");
+    workstation.age("tool/settings.ini");
+
+    VERIFY_RUN(workstation.run(arguments), 0);
+
+    QCOMPARE(workstation.read("tool/settings.ini"), before);
+    QVERIFY(workstation.isAged("tool/settings.ini"));
+}
+
+void tst_ModesSettings::unusableSettingsAreNoFailure_data()
+{
+    QTest::addColumn<QByteArray>("content");
+
+    QTest::newRow(obstacle) << QByteArray();
+    QTest::newRow("an empty file") << QByteArray("");
+    for (const quint32 seed : {1U, 2U, 3U, 4U}) {
+        QTest::addRow("random bytes, seed %u", seed) << randomBytes(seed);
+    }
+}
+
+void tst_ModesSettings::unusableSettingsAreNoFailure()
+{
+    QFETCH(QByteArray, content);
+    const test::Workstation workstation;
+    if (content.isNull()) {
+        workstation.makeFolder("tool/settings.ini");
+    } else {
+        workstation.write("tool/settings.ini", content);
+    }
+    test::Tree expected = workstation.tree();
+    expected["tool/version.txt"] = "2.3.10";
+
+    VERIFY_RUN(workstation.run(), 0);
+
+    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+    QCOMPARE(workstation.log(),
+             QStringList({"Debug: settings loaded", "Debug: !!!settings local:  QVariant(Invalid)",
+                          "Debug: version:  24", "Debug: 0"}));
+}
+
+QTEST_GUILESS_MAIN(tst_ModesSettings)
+#include "tst_modes_settings.moc"
