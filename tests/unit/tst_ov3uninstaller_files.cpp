@@ -1,0 +1,353 @@
+// SPDX-License-Identifier: MIT
+#include "logcapture.h"
+#include "ordinaryuser.h"
+#include "sandbox.h"
+#include "uninstaller/legacyfiles.h"
+#include "uninstaller/ov3uninstaller.h"
+
+#include <QtTest>
+
+#include <sys/stat.h>
+
+namespace {
+
+QStringList legacyNames()
+{
+    QStringList names = QString(legacyFileList).split(',');
+    names.removeDuplicates();
+    return names;
+}
+
+/// Maya with its old plug-in folder, and a list file that names it.
+struct OldMaya : test::Sandbox {
+    OldMaya()
+    {
+        makeFolder(plugin);
+        write("list", "path=" + path("maya/Maya.app").toLocal8Bit() + "\n");
+    }
+
+    /// What is found, relative to the plug-in folder and sorted.
+    QStringList found() const
+    {
+        QStringList names;
+        const QStringList files = Ov3Uninstaller::findPluginFiles(path(plugin));
+        for (const QString &file : files) {
+            names << QString(file).remove(path(plugin) + '/');
+        }
+        names.sort();
+        return names;
+    }
+
+    int deleteAll() const
+    {
+        return Ov3Uninstaller::deleteOldPlugins(path("list"));
+    }
+
+    /// The tree without \a names in the plug-in folder.
+    test::Tree treeWithout(const QStringList &names) const
+    {
+        test::Tree rest = tree();
+        for (const QString &name : names) {
+            rest.remove(plugin + '/' + name);
+        }
+        return rest;
+    }
+
+    const QString plugin = "maya/scripts/Drask";
+    const test::LogCapture log;
+};
+
+} // namespace
+
+/// Which files are found below a plug-in folder, and which of them go.
+class tst_Ov3UninstallerFiles : public QObject {
+    Q_OBJECT
+
+private slots:
+    void everyNameOfTheListIsFoundAndDeleted();
+    void otherNamesStay_data();
+    void otherNamesStay();
+    void filesInSubfoldersAreFoundAndFoldersStay();
+    void missingFolderHoldsNoFiles();
+    void foldersWithAListedNameStay();
+    void hiddenFoldersAreNotEntered();
+    void linkToAFileGoesAndItsTargetStays();
+    void danglingLinkStays();
+    void linkedFolderIsNotEntered();
+    void linkToAFolderWithAListedNameStays();
+    void linkedPluginFolderIsEntered();
+    void linkToAFolderAboveEndsTheWalk();
+    void pipeWithAListedNameStays();
+    void filesOutsideThePluginFolderStay();
+    void wholePluginsFolderOfXsiIsSearched();
+    void everyListedHostIsCleaned();
+    void fileThatCannotBeDeletedStopsNothing();
+    void secondRunFindsNothing();
+};
+
+void tst_Ov3UninstallerFiles::everyNameOfTheListIsFoundAndDeleted()
+{
+    const OldMaya maya;
+    for (const QString &name : legacyNames()) {
+        maya.write(maya.plugin + '/' + name, "old");
+    }
+    QStringList expected = legacyNames();
+    expected.sort();
+    QCOMPARE(expected.size(), 77);
+    const test::Tree rest = maya.treeWithout(expected);
+
+    QCOMPARE(maya.found(), expected);
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), rest), QString());
+    QCOMPARE(maya.log.lines(), QStringList());
+}
+
+void tst_Ov3UninstallerFiles::otherNamesStay_data()
+{
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("a capital letter") << "Manager.cfg";
+    QTest::newRow("an ending in capitals") << "manager.CFG";
+    QTest::newRow("a small letter for a capital") << "grex.cdl";
+    QTest::newRow("a longer name") << "manager.cfg.bak";
+    QTest::newRow("a name before it") << "my_manager.cfg";
+    QTest::newRow("a blank behind it") << "manager.cfg ";
+    QTest::newRow("a name with an extra ending") << "val_tex.pyc";
+    QTest::newRow("both halves of the parted name") << "val_tex,ure_old2.pyc";
+    QTest::newRow("a place-holder") << "*.pyc";
+    QTest::newRow("the user's own file") << "userSetup.py";
+    QTest::newRow("a hidden file") << ".manager.cfg";
+}
+
+void tst_Ov3UninstallerFiles::otherNamesStay()
+{
+    QFETCH(QString, name);
+    const OldMaya maya;
+    maya.write(maya.plugin + '/' + name, "mine");
+    maya.write(maya.plugin + "/manager.cfg.d/" + name, "mine");
+    const test::Tree before = maya.tree();
+
+    QCOMPARE(maya.found(), QStringList());
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), before), QString());
+}
+
+void tst_Ov3UninstallerFiles::filesInSubfoldersAreFoundAndFoldersStay()
+{
+    const OldMaya maya;
+    const QStringList names = {"a/b/c/grex.js", "a/manager.cfg", "manager.cfg",
+                               "with blank \xc3\xa9/manager.cfg"};
+    for (const QString &name : names) {
+        maya.write(maya.plugin + '/' + name, "old");
+    }
+    maya.write(maya.plugin + "/a/b/mine.txt", "mine");
+    maya.makeFolder(maya.plugin + "/empty");
+    const test::Tree rest = maya.treeWithout(names);
+
+    QCOMPARE(maya.found(), names);
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), rest), QString());
+}
+
+void tst_Ov3UninstallerFiles::missingFolderHoldsNoFiles()
+{
+    const OldMaya maya;
+
+    QCOMPARE(Ov3Uninstaller::findPluginFiles(maya.path("none")), QStringList());
+    QCOMPARE(maya.log.lines(), QStringList());
+}
+
+void tst_Ov3UninstallerFiles::foldersWithAListedNameStay()
+{
+    const OldMaya maya;
+    maya.makeFolder(maya.plugin + "/grex.js");
+    maya.write(maya.plugin + "/manager.cfg/grex.js", "old");
+    const test::Tree rest = maya.treeWithout({"manager.cfg/grex.js"});
+
+    QCOMPARE(maya.found(), QStringList("manager.cfg/grex.js"));
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), rest), QString());
+}
+
+void tst_Ov3UninstallerFiles::hiddenFoldersAreNotEntered()
+{
+    const OldMaya maya;
+    maya.write(maya.plugin + "/.git/manager.cfg", "mine");
+    maya.write(maya.plugin + "/a/.b/manager.cfg", "mine");
+    const test::Tree before = maya.tree();
+
+    QCOMPARE(maya.found(), QStringList());
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), before), QString());
+}
+
+void tst_Ov3UninstallerFiles::linkToAFileGoesAndItsTargetStays()
+{
+    const OldMaya maya;
+    maya.write("elsewhere/manager.cfg", "mine");
+    maya.makeLink(maya.path("elsewhere/manager.cfg"), maya.plugin + "/manager.cfg");
+    const test::Tree rest = maya.treeWithout({"manager.cfg@"});
+
+    QCOMPARE(maya.found(), QStringList("manager.cfg"));
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), rest), QString());
+}
+
+void tst_Ov3UninstallerFiles::danglingLinkStays()
+{
+    const OldMaya maya;
+    maya.makeLink(maya.path("nowhere"), maya.plugin + "/manager.cfg");
+    const test::Tree before = maya.tree();
+
+    QCOMPARE(maya.found(), QStringList());
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), before), QString());
+}
+
+void tst_Ov3UninstallerFiles::linkedFolderIsNotEntered()
+{
+    const OldMaya maya;
+    maya.write("elsewhere/manager.cfg", "mine");
+    maya.makeLink(maya.path("elsewhere"), maya.plugin + "/linked");
+    const test::Tree before = maya.tree();
+
+    QCOMPARE(maya.found(), QStringList());
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), before), QString());
+}
+
+void tst_Ov3UninstallerFiles::linkToAFolderWithAListedNameStays()
+{
+    const OldMaya maya;
+    maya.makeFolder("elsewhere");
+    maya.makeLink(maya.path("elsewhere"), maya.plugin + "/manager.cfg");
+    const test::Tree before = maya.tree();
+
+    QCOMPARE(maya.found(), QStringList());
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), before), QString());
+}
+
+void tst_Ov3UninstallerFiles::linkedPluginFolderIsEntered()
+{
+    const OldMaya maya;
+    maya.remove(maya.plugin);
+    maya.write("elsewhere/a/manager.cfg", "old");
+    maya.write("elsewhere/mine", "mine");
+    maya.makeLink(maya.path("elsewhere"), maya.plugin);
+    test::Tree rest = maya.tree();
+    rest.remove("elsewhere/a/manager.cfg");
+
+    QCOMPARE(maya.found(), QStringList("a/manager.cfg"));
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), rest), QString());
+}
+
+void tst_Ov3UninstallerFiles::linkToAFolderAboveEndsTheWalk()
+{
+    const OldMaya maya;
+    maya.write(maya.plugin + "/a/manager.cfg", "old");
+    maya.makeLink(maya.path(maya.plugin), maya.plugin + "/a/again");
+
+    QCOMPARE(maya.found(), QStringList("a/manager.cfg"));
+}
+
+void tst_Ov3UninstallerFiles::pipeWithAListedNameStays()
+{
+    const OldMaya maya;
+    const QString pipe = maya.path(maya.plugin + "/manager.cfg");
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+
+    QCOMPARE(maya.found(), QStringList());
+    QCOMPARE(maya.deleteAll(), 0);
+    QVERIFY(QFile::exists(pipe));
+}
+
+void tst_Ov3UninstallerFiles::filesOutsideThePluginFolderStay()
+{
+    const OldMaya maya;
+    maya.write("maya/manager.cfg", "mine");
+    maya.write("maya/scripts/manager.cfg", "mine");
+    maya.write("maya/scripts/Drask2/manager.cfg", "mine");
+    maya.write("maya/scripts/drask/manager.cfg", "mine");
+    maya.write("manager.cfg", "mine");
+    const test::Tree before = maya.tree();
+
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), before), QString());
+}
+
+void tst_Ov3UninstallerFiles::wholePluginsFolderOfXsiIsSearched()
+{
+    const OldMaya machine;
+    machine.write("XSI/Plugins/grex.js", "old");
+    machine.write("XSI/Plugins/Others/drask.js", "old");
+    machine.write("XSI/Plugins/Others/other.js", "mine");
+    machine.write("list", "path=" + machine.path("XSI/XSI.app").toLocal8Bit());
+    test::Tree rest = machine.tree();
+    rest.remove("XSI/Plugins/grex.js");
+    rest.remove("XSI/Plugins/Others/drask.js");
+
+    QCOMPARE(machine.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(machine.tree(), rest), QString());
+}
+
+void tst_Ov3UninstallerFiles::everyListedHostIsCleaned()
+{
+    const OldMaya machine;
+    const QStringList files = {
+        "Cinema/Plugins/Drask/Grex.cdl", "3dsmax/scripts/startup/drask/drask.mse",
+        "maya/scripts/Drask/drask.xpm",  "lightwave/Plugins/Drask/grex64.p",
+        "modo/drask/modo.jpg",           "blender/2.79/scripts/startup/adrask/__init__.py"};
+    QByteArray list;
+    for (const QString &file : files) {
+        machine.write(file, "old");
+        const QString host = machine.path(file.section('/', 0, 0));
+        list += "path=" + host.toLocal8Bit() + "/program\n";
+    }
+    machine.write("list", list);
+
+    QCOMPARE(machine.deleteAll(), 0);
+    for (const QString &file : files) {
+        QVERIFY2(!machine.exists(file), qPrintable(file));
+        QVERIFY2(machine.exists(QFileInfo(file).path()), qPrintable(file));
+    }
+}
+
+void tst_Ov3UninstallerFiles::fileThatCannotBeDeletedStopsNothing()
+{
+    const OldMaya maya;
+    maya.write(maya.plugin + "/locked/manager.cfg", "old");
+    maya.write(maya.plugin + "/open/manager.cfg", "old");
+    maya.write(maya.plugin + "/grex.js", "old");
+    test::giveToOrdinaryUser(maya.path(maya.plugin));
+    test::giveToOrdinaryUser(maya.path(maya.plugin + "/open"));
+    const test::Tree rest = maya.treeWithout({"open/manager.cfg", "grex.js"});
+    const test::ReadOnly lock(maya.path(maya.plugin + "/locked"));
+    {
+        const test::OrdinaryUser user;
+        if (!user.isActive()) {
+            QSKIP("the rights of root could not be given up");
+        }
+        QCOMPARE(maya.deleteAll(), 0);
+    }
+
+    QCOMPARE(test::treeDifference(maya.tree(), rest), QString());
+    QCOMPARE(maya.log.lines(), QStringList());
+}
+
+void tst_Ov3UninstallerFiles::secondRunFindsNothing()
+{
+    const OldMaya maya;
+    maya.write(maya.plugin + "/a/manager.cfg", "old");
+    maya.write(maya.plugin + "/mine", "mine");
+    QCOMPARE(maya.deleteAll(), 0);
+    const test::Tree afterFirstRun = maya.tree();
+
+    QCOMPARE(maya.found(), QStringList());
+    QCOMPARE(maya.deleteAll(), 0);
+    QCOMPARE(test::treeDifference(maya.tree(), afterFirstRun), QString());
+}
+
+QTEST_GUILESS_MAIN(tst_Ov3UninstallerFiles)
+#include "tst_ov3uninstaller_files.moc"
