@@ -2,6 +2,7 @@
 #include "expectedlog.h"
 #include "workstation.h"
 
+#include <QProcess>
 #include <QtTest>
 
 #include <unistd.h>
@@ -20,6 +21,7 @@ private slots:
     void runFromElsewhereAppends();
     void undeletableLogsArePassedOver();
     void unwritableLogsLoseTheirLines();
+    void fullDiskLosesTheLines();
     void writeProtectedToolFolderLosesTheLines();
     void debugLinesCannotBeSwitchedOffForTheMachine_data();
     void debugLinesCannotBeSwitchedOffForTheMachine();
@@ -149,6 +151,27 @@ void tst_ModesLogs::unwritableLogsLoseTheirLines()
     VERIFY_RUN(workstation.run(), 2);
 
     QCOMPARE(test::treeDifference(workstation.tree(), expected), QString());
+}
+
+void tst_ModesLogs::fullDiskLosesTheLines()
+{
+    test::Workstation workstation;
+    addUnknownHost(workstation);
+    // Where no file may grow, every write fails as on a full disk.
+    QProcess shell;
+    shell.setProcessChannelMode(QProcess::MergedChannels);
+    shell.setWorkingDirectory(workstation.tool());
+    shell.start("/bin/sh", {"-c", "trap '' XFSZ; ulimit -f 0; exec ./drask-installer"});
+    QVERIFY(shell.waitForFinished());
+
+    QCOMPARE(shell.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(shell.exitCode(), 2);
+    QCOMPARE(shell.readAll(), QByteArray());
+    QCOMPARE(workstation.read("tool/plugin.log"), QByteArray());
+    QCOMPARE(workstation.errors(), QByteArray());
+    QVERIFY(workstation.exists("nuke/manager.cfg"));
+    QVERIFY(workstation.exists("tool/plugin.log"));
+    QVERIFY(workstation.exists("tool/version.txt"));
 }
 
 void tst_ModesLogs::writeProtectedToolFolderLosesTheLines()
