@@ -8,10 +8,10 @@ set(readable OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 if(APPLE)
   set(system_libraries "^/usr/lib/" "^/System/")
 else()
-  # The C library stays behind: it must fit the kernel and the loader of the machine. libstdc++ comes
-  # along, since a small machine has none and nothing else in the process could want a newer one.
+  # The C library must fit the loader of the machine. The runtime of the compiler is on every desktop,
+  # and ours would ask for a newer C library than anything else here does.
   set(system_libraries
-    "^ld-linux.*" "^lib(c|m|dl|rt|util|pthread|resolv|mvec)\\.so.*")
+    "^ld-linux.*" "^lib(c|m|dl|rt|util|pthread|resolv|mvec|stdc\\+\\+|gcc_s)\\.so.*")
 endif()
 
 # in_package(LIBRARY RESULT): the place of a library below lib/.
@@ -133,7 +133,7 @@ The libraries in lib/ come from the packages below, unchanged. Each may be repla
 of the same library. The terms of a package are in the folder that has its name.
 ")
 if(APPLE)
-  string(REPLACE ", unchanged" "; only the places where they look for each other were changed"
+  string(REPLACE ", unchanged" ", but for the places where they look for each other"
     origins "${origins}")
 endif()
 set(names)

@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Unpacks the .tar.gz in a root that holds the C library and nothing else, and installs there.
+# Unpacks the .tar.gz in a root that holds the C library, the runtime of the compiler and nothing
+# else, and installs there.
 # Usage: portable.sh FOLDER-OF-THE-PACKAGES
 # shellcheck source=support.sh
 . "$(dirname "$0")/support.sh"
 
-c_library='ld-linux.*|lib(c|m|dl|rt|util|pthread|resolv|mvec)\.so\..*'
+system='ld-linux.*|lib(c|m|dl|rt|util|pthread|resolv|mvec|stdc\+\+|gcc_s)\.so\..*'
 
 want_tools unshare ldd readelf
 package=$(the_package "$1" 'drask-installer-*.tar.gz') || exit
@@ -37,14 +38,14 @@ run_tool() {
     ' sh "$root" "$folder" "$@" 2>&1
 }
 
-# Leaves in the root, beside the package, what the loader and the C library are.
-copy_c_library() {
+# Brings what every desktop has.
+copy_system() {
     local loader library
     loader=$(readelf --program-headers "$root$manager/drask-installer" \
         | sed -n 's/.*interpreter: \(.*\)\]/\1/p')
     mkdir -p "$root$(dirname "$loader")"
     cp "$loader" "$root$loader"
-    needed_outside | grep -E "/($c_library)$" | while read -r library; do
+    needed_outside | grep -E "/($system)$" | while read -r library; do
         mkdir -p "$root$(dirname "$library")"
         cp "$library" "$root$library"
     done
@@ -65,15 +66,11 @@ verify_run() {
     [ ! -e "$root$1/pluginError.txt" ] || fail "$(cat "$root$1/pluginError.txt")"
 }
 
-carries_all_but_the_c_library() {
-    local library
-    same_text "what is needed beyond the C library" \
-        "$(needed_outside | grep -vE "/($c_library)$")" ""
-    same_text "what of the C library is carried" \
-        "$(find "$root$manager/lib" -printf '%f\n' | grep -E "^($c_library)$")" ""
-    for library in libQt5Core.so.5 libstdc++.so.6; do
-        [ -f "$root$manager/lib/$library" ] || fail "$library is not carried"
-    done
+carries_all_that_a_desktop_may_lack() {
+    same_text "what is needed of the machine" "$(needed_outside | grep -vE "/($system)$")" ""
+    same_text "what is carried in vain" \
+        "$(below "$root$manager/lib" | grep -E "^($system)$")" ""
+    [ -f "$root$manager/lib/libQt5Core.so.5" ] || fail "QtCore is not carried"
 }
 
 names_the_terms_of_all() {
@@ -117,8 +114,8 @@ installs_from_where_it_was_moved_to() {
     verify_hosts "$hosts" "$root$hosts" "$moved"
 }
 
-copy_c_library
-carries_all_but_the_c_library
+copy_system
+carries_all_that_a_desktop_may_lack
 names_the_terms_of_all
 fails_without_its_libraries
 installs
