@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: MIT
+#include "driver.h"
+#include "fuzzsandbox.h"
+#include "globals.h"
+#include "hostcatalogue.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QSettings>
+
+namespace {
+
+struct Host {
+    const char *key;
+    const char *subFolder;
+    const char *source;
+    const char *versionKey;
+};
+
+// clang-format off
+constexpr Host hosts[] = {
+    {"c4d",       "/plugins/drask",             "Cinema4D",   "plugins/versionCinema4d"},
+    {"c4d14",     "/plugins/drask",             "Cinema4D14", "plugins/versionCinema4d14"},
+    {"c4d21",     "/plugins/drask",             "Cinema4D21", "plugins/versionCinema4d21"},
+    {"blender",   "/scripts/startup/adrask",    "Blender",    "plugins/versionBlender"},
+    {"blender28", "/scripts/startup/adrask",    "Blender28",  "plugins/versionBlender28"},
+    {"xsi",       "/Application/Plugins/drask", "xsi",        "plugins/versionXSI"},
+    {"lightwave", "/Plugins/drask",             "lightwave",  "plugins/versionLightwave"},
+    {"maya",      "/scripts/drask",             "maya",       "plugins/versionMaya"},
+    {"modo",      "/Scripts/drask",             "modo",       "plugins/versionModo"},
+    {"rhino",     "/Plug-ins/Drask",            "rhino",      "plugins/versionRhino"},
+    {"revit",     "/Plugins/drask",             "revit",      "plugins/versionRevit"},
+    {"houdini",   "/Plugins/drask",             "houdini",    "plugins/versionHoudini"},
+    {"sketchup",  "",                           "sketchup",   "plugins/versionSketchup"},
+    {"clarisse",  "/drask",                     "clarisse",   "plugins/versionClarisse"},
+    {"3dsmax",    "/CHS/scripts/startup/drask", "3ds",        "plugins/version3ds"},
+    {"3dsmax",    "/DEU/scripts/startup/drask", "3ds",        "plugins/version3ds"},
+    {"3dsmax",    "/ENU/scripts/startup/drask", "3ds",        "plugins/version3ds"},
+    {"3dsmax",    "/FRA/scripts/startup/drask", "3ds",        "plugins/version3ds"},
+    {"3dsmax",    "/JPN/scripts/startup/drask", "3ds",        "plugins/version3ds"},
+    {"3dsmax",    "/KOR/scripts/startup/drask", "3ds",        "plugins/version3ds"},
+};
+// clang-format on
+
+/// More entries than these would only cost time: each is a round of its own.
+constexpr int mostEntries = 40;
+
+/// What the settings say, read without the program.
+struct Settings {
+    QString user;
+    QString projects;
+    QList<QPair<QString, QString>> entries;
+    int size = 0;
+};
+
+struct SettingsFile : QSettings {
+    explicit SettingsFile(const QString &path)
+        : QSettings(path, QSettings::IniFormat)
+    {
+        setIniCodec("UTF-8");
+    }
+};
+
+Settings readSettings(const QString &path)
+{
+    SettingsFile file(path);
+    Settings settings;
+    const QVariant loggedOut = file.value("UserData/loggedOut");
+    const bool hasUser = loggedOut.isNull() || !loggedOut.toBool();
+    settings.user = hasUser ? file.value("UserData/username").toString() : QString();
+    settings.projects = file.value("PathOptions/localProjectsFolder").toString();
+    settings.size = file.value("pluginpaths/size").toInt();
+    for (int number = 1; number <= qMin(settings.size, mostEntries); ++number) {
+        const QString group = "pluginpaths/" + QString::number(number);
+        settings.entries.append({file.value(group + "/application").toString(),
+                                 file.value(group + "/path").toString()});
+    }
+    return settings;
+}
+
+template<typename... Items> QByteArray logLine(const Items &...items)
+{
+    QString text;
+    (QDebug(&text) << ... << items);
+    text.chop(1);
+    return "Debug: " + text.toUtf8() + '\n';
+}
+
+QByteArray uninstallLog(const QString &folder)
+{
+    if (!folder.contains('/')) {
+        return logLine("nothing to uninstall for ", folder);
+    }
+    const QString manifest = folder + "/uninstall.ini";
+    return logLine("begin uninstall") + logLine("cannot open ", manifest, " for reading, ignore")
+        + logLine(manifest) + logLine("could not delete ", manifest)
+        + logLine("could not delete ", folder + "/manager.cfg") + logLine("uninstallPlugin ", 0);
+}
+
+QStringList subFoldersOf(const QString &key)
+{
+    QStringList folders;
+    for (const Host &host : hosts) {
+        if (key == host.key) {
+            folders.append(host.subFolder);
+        }
+    }
+    return folders.isEmpty() ? QStringList("") : folders;
+}
+
+QByteArray prescribedLog(const Settings &settings)
+{
+    QByteArray reading = logLine("settings loaded");
+    QByteArray uninstalling;
+    for (const auto &[key, path] : settings.entries) {
+        reading += logLine("applicationName", key) + logLine("path", path);
+        const QStringList subFolders = subFoldersOf(key);
+        for (const QString &subFolder : subFolders) {
+            uninstalling += uninstallLog('(' + key + ") " + path + subFolder);
+        }
+    }
+    return reading + uninstalling;
+}
+
+/// The program's own lines of a log; what Qt thinks of a name is not promised.
+QByteArray withoutWarnings(const QByteArray &log)
+{
+    QByteArray lines;
+    const QList<QByteArray> texts = log.split('\n');
+    for (const QByteArray &line : texts) {
+        if (!line.isEmpty() && !line.startsWith("Warning: ")) {
+            lines += line + '\n';
+        }
+    }
+    return lines;
+}
+
+/// The mode that reads the settings and changes nothing.
+void promiseDriverReads(const fuzz::Sandbox &sandbox, const Settings &settings)
+{
+    char program[] = "drask-installer";
+    char mode[] = "uninstallAllPlugins";
+    char *words[] = {program, mode, nullptr};
+    fuzz::Tree expected = sandbox.tree();
+    expected.remove("plugin.log");
+    expected.remove("pluginError.txt");
+
+    fuzz::promise(runDriver(2, words) == 0, "uninstalling by settings never fails");
+    fuzz::promise(username == settings.user, "the user is read, and forgotten when logged out");
+    fuzz::promise(localProjectsFolder == settings.projects, "the projects folder is read");
+    fuzz::promise(withoutWarnings(sandbox.read("tool/plugin.log")) == prescribedLog(settings),
+                  "each host of the list is handled, and none other");
+    expected.insert("tool/plugin.log", sandbox.read("tool/plugin.log"));
+    sandbox.promiseTree(expected, "uninstalling by settings leaves everything where it is");
+    fuzz::promise(sandbox.isAged("tool/settings.ini"), "the settings are never written");
+}
+
+void promiseRecord(const PluginPathStruct &record, const Host &host, const QString &tool,
+                   const SettingsFile &file)
+{
+    fuzz::promise(record.pluginSubFolder == host.subFolder
+                      && record.sourceFolder == tool + "/plugins/" + host.source,
+                  "a known host has its folders");
+    fuzz::promise(record.version == file.value(host.versionKey).toInt(),
+                  "a known host has the version that the settings record");
+}
+
+void promiseRecords(const QString &key, const QString &path, const QString &tool)
+{
+    const SettingsFile file(tool + "/settings.ini");
+    const QList<PluginPathStruct> records = getPluginInfoList(key, path);
+    for (const PluginPathStruct &record : records) {
+        fuzz::promise(record.applicationName == key && record.path == path,
+                      "a record says what it was asked for");
+    }
+    int known = 0;
+    for (const Host &host : hosts) {
+        if (key == host.key) {
+            fuzz::promise(known < records.size(), "a host has as many records as places");
+            promiseRecord(records.at(known++), host, tool, file);
+        }
+    }
+    fuzz::promise(records.size() == qMax(known, 1), "a host has as many records as places");
+    fuzz::promise(known > 0
+                      || (records.first().version == -9999 && records.first().targetFolder() == path
+                          && records.first().sourceFolder.isEmpty()),
+                  "an unknown host has a record that says so");
+}
+
+/// The input is the settings.ini.
+void check(const fuzz::Sandbox &sandbox, const fuzz::Input &input)
+{
+    sandbox.write("tool/settings.ini", input.whole());
+    // Settings that were read in this process before are told apart by their time.
+    sandbox.age("tool/settings.ini");
+    const Settings settings = readSettings(sandbox.path("tool/settings.ini"));
+    if (settings.size > mostEntries) {
+        return;
+    }
+    sandbox.write("plugin.log", "of the previous run");
+    sandbox.write("pluginError.txt", "of the previous run");
+    sandbox.write("maya/scripts/drask/uninstall.ini", "maya/scripts/drask/drask.py\n");
+    sandbox.write("maya/scripts/drask/manager.cfg", "stays");
+    sandbox.write("maya/scripts/drask/drask.py", "stays");
+    promiseDriverReads(sandbox, settings);
+
+    int count = 0;
+    char *noWords[] = {nullptr};
+    const QCoreApplication application(count, noWords);
+    for (const auto &[key, path] : settings.entries) {
+        promiseRecords(key, path, sandbox.path("tool"));
+    }
+}
+
+} // namespace
+
+DRASK_RELOCATED_FUZZ_TARGET(check)
