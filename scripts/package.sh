@@ -8,8 +8,12 @@ set -u
 # shellcheck source=prepare.sh
 . "$(dirname "$0")/prepare.sh"
 
+case ${1-} in
+    "") folder=$repository/build/package ;;
+    /*) folder=$1 ;;
+    *) folder=$PWD/$1 ;;
+esac
 cd "$repository" || exit 1
-folder=${1:-build/package}
 
 # The same commit gives the same times, whenever the packages are built.
 choose_time() {
@@ -18,10 +22,11 @@ choose_time() {
     export SOURCE_DATE_EPOCH
 }
 
-# What Debian builds its own packages with: hardening, and no path of this machine in the program.
+# What Debian builds its own packages with: hardening, and no path of this machine in the program. The
+# packages hold no debug information, so none is made.
 choose_flags() {
     command -v dpkg-buildflags >/dev/null || return 0
-    export DEB_BUILD_MAINT_OPTIONS=hardening=+all
+    export DEB_BUILD_MAINT_OPTIONS=hardening=+all DEB_CXXFLAGS_MAINT_STRIP=-g
     CXXFLAGS="$(dpkg-buildflags --get CPPFLAGS) $(dpkg-buildflags --get CXXFLAGS)"
     LDFLAGS=$(dpkg-buildflags --get LDFLAGS)
     export CXXFLAGS LDFLAGS

@@ -33,10 +33,12 @@ on_machine() {
     chroot "$machine" "$@"
 }
 
-# dpkg_quietly WORD…: dpkg asks nothing and is heard only when it fails.
+# dpkg_quietly WORD…: dpkg asks nothing and is heard only when it fails. What other packages do about
+# a new manual is theirs, and slow.
 dpkg_quietly() {
     local output
-    output=$(on_machine env DEBIAN_FRONTEND=noninteractive dpkg "$@" 2>&1) || fail "$output"
+    output=$(on_machine env DEBIAN_FRONTEND=noninteractive dpkg --no-triggers "$@" 2>&1) \
+        || fail "$output"
 }
 
 run_tool() {
