@@ -71,44 +71,30 @@ void tst_Ov3Uninstaller::hostsAreRecognisedByAWordAnywhere_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("host");
 
-    QTest::newRow("cinema") << "/a/cinema/b"
-                            << "Cinema 4D";
-    QTest::newRow("c4d") << "/a/my-c4d.exe"
-                         << "Cinema 4D";
-    QTest::newRow("an application bundle") << "/Applications/MAXON/CINEMA 4D R16/CINEMA 4D.app"
-                                           << "Cinema 4D";
-    QTest::newRow("3ds") << "/Autodesk/3dsmax.exe"
-                         << "3ds Max";
-    QTest::newRow("3DS in capitals") << "/3DS/x"
-                                     << "3ds Max";
-    QTest::newRow("max alone") << "/Autodesk/max.exe"
-                               << "";
-    QTest::newRow("maya") << "/x/mayapy"
-                          << "Maya";
-    QTest::newRow("Maya in mixed letters") << "/x/MaYa.app"
-                                           << "Maya";
-    QTest::newRow("xsi") << "/x/XSI.exe"
-                         << "XSI";
-    QTest::newRow("softimage alone") << "/softimage/x"
-                                     << "";
-    QTest::newRow("lightwav") << "/x/LIGHTWAV.EXE"
-                              << "LightWave";
-    QTest::newRow("lightwave") << "/LightWave 11/bin"
-                               << "LightWave";
-    QTest::newRow("layout") << "/x/Layout.exe"
-                            << "LightWave";
-    QTest::newRow("modo") << "/x/Modo.app"
-                          << "Modo";
-    QTest::newRow("blender") << "/Blender/x"
-                             << "Blender";
-    QTest::newRow("a word across a slash") << "/x/bl/ender"
-                                           << "";
-    QTest::newRow("a word with a blank in it") << "/x/ma ya"
-                                               << "";
-    QTest::newRow("a word inside another") << "/documentoasis/commodore"
-                                           << "Modo";
-    QTest::newRow("nothing") << ""
-                             << "";
+    const auto addPath = [](const char *name, const QString &path, const char *host) {
+        QTest::newRow(name) << path << host;
+    };
+    addPath("cinema", "/a/cinema/b", "Cinema 4D");
+    addPath("c4d", "/a/my-c4d.exe", "Cinema 4D");
+    addPath("an application bundle", "/Applications/MAXON/CINEMA 4D R16/CINEMA 4D.app",
+            "Cinema 4D");
+    addPath("3ds", "/Autodesk/3dsmax.exe", "3ds Max");
+    addPath("3DS in capitals", "/3DS/x", "3ds Max");
+    addPath("max alone", "/Autodesk/max.exe", "");
+    addPath("maya", "/x/mayapy", "Maya");
+    addPath("Maya in mixed letters", "/x/MaYa.app", "Maya");
+    addPath("xsi", "/x/XSI.exe", "XSI");
+    addPath("softimage alone", "/softimage/x", "");
+    addPath("lightwav", "/x/LIGHTWAV.EXE", "LightWave");
+    addPath("lightwave", "/LightWave 11/bin", "LightWave");
+    addPath("layout", "/x/Layout.exe", "LightWave");
+    addPath("modo", "/x/Modo.app", "Modo");
+    addPath("blender", "/Blender/x", "Blender");
+    addPath("a word across a slash", "/x/bl/ender", "");
+    addPath("a word with a blank in it", "/x/ma ya", "");
+    addPath("a word inside another", "/documentoasis/commodore", "Modo");
+    addPath("a long s, which is lower case already", QString::fromUtf8("/x/x\xc5\xbfi"), "");
+    addPath("nothing", "", "");
 }
 
 void tst_Ov3Uninstaller::hostsAreRecognisedByAWordAnywhere()
