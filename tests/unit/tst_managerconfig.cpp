@@ -166,6 +166,8 @@ void tst_ManagerConfig::equalFileIsNotWritten_data()
     QTest::newRow("line feeds where Windows line ends are wanted") << wanted << true;
     QTest::newRow("mixed line ends") << QByteArray(windows).replace("10\r\n", "10\n") << false;
     QTest::newRow("a line end behind the last line") << wanted + '\n' << false;
+    QTest::newRow("a carriage return within a line")
+        << QByteArray(wanted).replace("ann", "a\rnn") << false;
     QTest::newRow("an eighth line") << wanted + "\nnotes of the plug-in\n" << false;
 }
 
