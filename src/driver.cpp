@@ -14,7 +14,6 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QFile>
-#include <QLoggingCategory>
 
 // Deliberate: globals, since the modes set them once and everything below only reads them.
 QString username;
@@ -151,8 +150,7 @@ int runDriver(int argc, char *argv[])
     const std::vector<const char *> words(argv, argv + argc);
     const QCoreApplication application(argc, argv);
     qInstallMessageHandler(myMessageOutput);
-    // Some distributions switch debug lines off for the whole machine; support needs the log.
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=true"));
+    keepEveryMessage();
     return runMode(readCommandLine(words));
 }
 

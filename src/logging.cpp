@@ -6,6 +6,8 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
+#include <QLoggingCategory>
 
 #include <cstdlib>
 
@@ -14,7 +16,12 @@ namespace {
 void appendLine(QLatin1String fileName, const QString &line)
 {
     QFile file(QCoreApplication::applicationDirPath() + fileName);
-    // A stream on a closed file would make Qt complain on the console.
+    // Qt would complain on the console about a device or a pipe in the file's place, and about a
+    // stream on a closed file.
+    const QFileInfo present(file);
+    if (present.exists() && !present.isFile()) {
+        return;
+    }
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append)) {
         return;
     }
@@ -39,11 +46,31 @@ QString logLine(QtMsgType type, const QString &message)
     return {};
 }
 
+QLoggingCategory::CategoryFilter rulesOfTheMachine = nullptr;
+
+void keepDefaultCategory(QLoggingCategory *category)
+{
+    // Categories that are known already have been through the rules.
+    if (rulesOfTheMachine != nullptr) {
+        rulesOfTheMachine(category);
+    }
+    if (qstrcmp(category->categoryName(), "default") == 0) {
+        for (const QtMsgType type : {QtDebugMsg, QtInfoMsg, QtWarningMsg, QtCriticalMsg}) {
+            category->setEnabled(type, true);
+        }
+    }
+}
+
 } // namespace
 
 void myMessageOutput(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
 {
     appendLine("/plugin.log"_l1, logLine(type, message));
+}
+
+void keepEveryMessage()
+{
+    rulesOfTheMachine = QLoggingCategory::installFilter(keepDefaultCategory);
 }
 
 void writeErrorFile(const QString &message)

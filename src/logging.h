@@ -17,6 +17,10 @@
 /// A fatal message is not written: the process aborts. The \a context is not used.
 void myMessageOutput(QtMsgType type, const QMessageLogContext &context, const QString &message);
 
+/// Has every message of the program reach the handler, whatever Qt logging rules the machine or the
+/// environment sets: some distributions switch debug lines off for all programs.
+void keepEveryMessage();
+
 /// Appends \a message and a line feed to "pluginError.txt", whose text the manager shows to the
 /// user.
 void writeErrorFile(const QString &message);

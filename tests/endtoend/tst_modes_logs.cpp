@@ -25,6 +25,7 @@ private slots:
     void writeProtectedToolFolderLosesTheLines();
     void debugLinesCannotBeSwitchedOffForTheMachine_data();
     void debugLinesCannotBeSwitchedOffForTheMachine();
+    void loggingRulesOfTheEnvironmentDropNothing();
     void warningsOfQtAreLogged();
 };
 
@@ -217,6 +218,28 @@ void tst_ModesLogs::debugLinesCannotBeSwitchedOffForTheMachine()
 
     QCOMPARE(workstation.log(), linesOfInstall(workstation));
     QCOMPARE(workstation.errors(), errorsOfInstall(workstation));
+}
+
+void tst_ModesLogs::loggingRulesOfTheEnvironmentDropNothing()
+{
+    test::Workstation workstation;
+    workstation.addPlugin("modo", {{"sub/a.py", "a"}});
+    workstation.addPlugin("xsi", {{"a.js", "a"}});
+    workstation.addHost("modo", workstation.path("modo"));
+    workstation.addHost("xsi", workstation.path("xsi"));
+    workstation.writeSettings();
+    // A subfolder that cannot be copied makes Qt warn about the first host's open manifest.
+    workstation.makeFolder("modo/Scripts/drask/sub/a.py");
+    VERIFY_RUN(workstation.run(), 2);
+    VERIFY_RUN(workstation.run(), 2);
+    const QStringList linesWithoutRules = workstation.log();
+    QCOMPARE(linesWithoutRules.filter("Warning: ").size(), 1);
+    test::RunOptions options;
+    options.environment.insert("QT_LOGGING_RULES", "*=false");
+
+    VERIFY_RUN(workstation.run({}, options), 2);
+
+    QCOMPARE(workstation.log(), linesWithoutRules);
 }
 
 void tst_ModesLogs::warningsOfQtAreLogged()

@@ -10,6 +10,7 @@
 #include <QtTest>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <csignal>
@@ -34,6 +35,8 @@ private slots:
     void errorsAreWrittenAsTheyStand();
     void errorsOfEarlierRunsStay();
     void unopenableFilesLoseTheirLinesSilently();
+    void devicesAndPipesLoseTheirLinesSilently_data();
+    void devicesAndPipesLoseTheirLinesSilently();
     void writeProtectedFilesLoseTheirLinesSilently();
     void twoProcessesMixWholeLines();
 };
@@ -252,6 +255,36 @@ void tst_Logging::unopenableFilesLoseTheirLinesSilently()
     QCOMPARE(process.exitCode(), 0);
     QCOMPARE(process.readAll(), QByteArray());
     QCOMPARE(test::treeDifference(folder.tree(), before), QString());
+}
+
+void tst_Logging::devicesAndPipesLoseTheirLinesSilently_data()
+{
+    QTest::addColumn<QString>("target");
+
+    QTest::newRow("a link to a device") << QStringLiteral("/dev/null");
+    QTest::newRow("a link to a full device") << QStringLiteral("/dev/full");
+    QTest::newRow("a pipe that nobody reads") << QString();
+}
+
+void tst_Logging::devicesAndPipesLoseTheirLinesSilently()
+{
+    QFETCH(QString, target);
+    const test::ProgramFolder folder;
+    for (const char *name : {"plugin.log", "pluginError.txt"}) {
+        if (!target.isEmpty()) {
+            folder.makeLink(target, name);
+        } else {
+            QCOMPARE(mkfifo(QFile::encodeName(folder.path(name)).constData(), S_IRWXU), 0);
+        }
+    }
+
+    QProcess process;
+    start(process, "one line each");
+    QVERIFY(process.waitForFinished());
+
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(process.readAll(), QByteArray());
 }
 
 void tst_Logging::writeProtectedFilesLoseTheirLinesSilently()
