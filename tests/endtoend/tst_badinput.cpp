@@ -161,8 +161,8 @@ void tst_BadInput::sizeOfTheHostListIsBelieved()
                  << "Debug: 161 write cfg file...";
         }
     }
-    for (const QString folder : {"0", "1"}) {
-        workstation.write(folder + "/drask/version.txt", "0");
+    for (const char *folder : {"0", "1"}) {
+        workstation.write(QString(folder) + "/drask/version.txt", "0");
         workstation.addHost("clarisse", workstation.path(folder));
     }
     workstation.writeSettings();

@@ -22,7 +22,10 @@ const char noDisk[] = "Only root may mount a disk, and only on Linux.";
 
 const char target[] = "modo/Scripts/drask";
 
-const test::Tree plugin = {{"version.txt", "7"}, {"a.py", "import sys\n"}, {"sub/b.py", "pass\n"}};
+test::Tree plugin()
+{
+    return {{"version.txt", "7"}, {"a.py", "import sys\n"}, {"sub/b.py", "pass\n"}};
+}
 
 /// A workstation with one host.
 class OneHost : public test::Workstation {
@@ -30,7 +33,7 @@ public:
     OneHost()
     {
         makeFolder("modo");
-        addPlugin("modo", plugin);
+        addPlugin("modo", plugin());
         addHost("modo", path("modo"));
         addSetting("plugins", "versionModo=7");
         writeSettings();
@@ -67,10 +70,10 @@ public:
 
     test::Tree completeTree() const
     {
-        test::Tree tree = plugin;
+        test::Tree tree = plugin();
         tree["sub/"] = "";
         tree["manager.cfg"] = config();
-        tree["uninstall.ini"] = targetTree()["uninstall.ini"];
+        tree["uninstall.ini"] = targetTree().value("uninstall.ini");
         return tree;
     }
 };

@@ -26,7 +26,10 @@ private slots:
 
 namespace {
 
-const QString target = "modo/Scripts/drask";
+QString target()
+{
+    return "modo/Scripts/drask";
+}
 
 /// A workstation with one host.
 class OneHost : public test::Workstation {
@@ -52,12 +55,12 @@ public:
 
     QByteArray copyMessage() const
     {
-        return "Could not copy file to: \n" + path(target).toUtf8() + '\n';
+        return "Could not copy file to: \n" + path(target()).toUtf8() + '\n';
     }
 
     QByteArray configMessage() const
     {
-        return "Could not write config file in: \n" + path(target).toUtf8() + "manager.cfg\n";
+        return "Could not write config file in: \n" + path(target()).toUtf8() + "manager.cfg\n";
     }
 };
 
@@ -80,15 +83,16 @@ void tst_BadInputObstacles::obstacleOnTheWayOfAPlugin_data()
 
     QTest::newRow("a file in the host's place") << "modo" << 3 << (Copy | Config);
     QTest::newRow("a file above the plug-in folder") << "modo/Scripts" << 3 << (Copy | Config);
-    QTest::newRow("a file in the plug-in folder's place") << target << 3 << (Copy | Config);
-    QTest::newRow("a folder in the manifest's place") << target + "/uninstall.ini/" << 2 << +Copy;
-    QTest::newRow("a folder in manager.cfg's place") << target + "/manager.cfg/" << 3 << +Config;
-    QTest::newRow("a file in a subfolder's place") << target + "/sub" << 2 << +Copy;
+    QTest::newRow("a file in the plug-in folder's place") << target() << 3 << (Copy | Config);
+    QTest::newRow("a folder in the manifest's place") << target() + "/uninstall.ini/" << 2 << +Copy;
+    QTest::newRow("a folder in manager.cfg's place") << target() + "/manager.cfg/" << 3 << +Config;
+    QTest::newRow("a file in a subfolder's place") << target() + "/sub" << 2 << +Copy;
     QTest::newRow("a folder in the place of a subfolder's file")
-        << target + "/sub/b.py/" << 2 << +Copy;
+        << target() + "/sub/b.py/" << 2 << +Copy;
     // What the files of a folder with subfolders met is forgotten.
-    QTest::newRow("a folder in a file's place") << target + "/a.py/" << 0 << +None;
-    QTest::newRow("a folder in the version file's place") << target + "/version.txt/" << 0 << +None;
+    QTest::newRow("a folder in a file's place") << target() + "/a.py/" << 0 << +None;
+    QTest::newRow("a folder in the version file's place")
+        << target() + "/version.txt/" << 0 << +None;
     QTest::newRow("a file in the shipped plug-ins' place") << "tool/plugins" << 2 << +Copy;
     QTest::newRow("a file in the shipped plug-in's place") << "tool/plugins/modo" << 2 << +Copy;
 }
@@ -109,7 +113,7 @@ void tst_BadInputObstacles::obstacleOnTheWayOfAPlugin()
     VERIFY_RUN(first, code);
     QCOMPARE(workstation.errors(), expectedMessages(workstation, messages));
     QVERIFY(workstation.isStillThere(obstacle));
-    QCOMPARE(workstation.log().last(), QStringLiteral("Debug: %1").arg(code));
+    QCOMPARE(workstation.log().constLast(), QStringLiteral("Debug: %1").arg(code));
     const test::Tree after = workstation.treeWithoutLogs();
 
     const test::RunResult second = workstation.run();
@@ -168,7 +172,7 @@ void tst_BadInputObstacles::obstacleOnTheWayOfAHostsOwnFile()
 
     VERIFY_RUN(result, code);
     QVERIFY(workstation.isStillThere(obstacle));
-    QVERIFY(workstation.exists(target + "/sub/b.py"));
+    QVERIFY(workstation.exists(target() + "/sub/b.py"));
     const QByteArray folder = workstation.path("host" + subFolder).toUtf8();
     if (key == "maya" && code != 0) {
         QCOMPARE(workstation.errors(), "Could not copy userSetup.py file to: " + folder + '\n');
@@ -201,7 +205,7 @@ void tst_BadInputObstacles::obstacleInTheToolsFolder()
 
     VERIFY_RUN(result, 2);
     QVERIFY(workstation.isStillThere("tool/" + obstacle));
-    QVERIFY(workstation.exists(target + "/sub/b.py"));
+    QVERIFY(workstation.exists(target() + "/sub/b.py"));
     QVERIFY(workstation.exists("unknown/manager.cfg"));
     if (!line.isNull()) {
         QVERIFY(workstation.log().contains("Debug: " + line + " \"" + workstation.tool() + '"'));
@@ -279,15 +283,15 @@ void tst_BadInputObstacles::readOnlyHostIsReported()
 void tst_BadInputObstacles::readOnlyPluginFolderIsReported()
 {
     const OneHost workstation;
-    workstation.write(target + "/version.txt", "6");
-    workstation.write(target + "/uninstall.ini", "");
-    workstation.write(target + "/manager.cfg", "of an earlier run");
+    workstation.write(target() + "/version.txt", "6");
+    workstation.write(target() + "/uninstall.ini", "");
+    workstation.write(target() + "/manager.cfg", "of an earlier run");
     const test::Tree before = test::readTree(workstation.path("modo"));
     for (const char *file : {"uninstall.ini", "manager.cfg", "version.txt"}) {
-        test::giveToOrdinaryUser(workstation.path(target + '/' + file));
+        test::giveToOrdinaryUser(workstation.path(target() + '/' + file));
     }
     test::giveToOrdinaryUser(workstation.tool());
-    const test::ReadOnly readOnly(workstation.path(target));
+    const test::ReadOnly readOnly(workstation.path(target()));
     test::RunOptions options;
     options.asOrdinaryUser = true;
 
@@ -315,7 +319,7 @@ void tst_BadInputObstacles::readOnlyToolFolderKeepsNobodyFromBeingServed()
     const test::RunResult result = workstation.run({}, options);
 
     VERIFY_RUN(result, 0);
-    QVERIFY(workstation.exists(target + "/manager.cfg"));
+    QVERIFY(workstation.exists(target() + "/manager.cfg"));
     QCOMPARE(test::treeDifference(test::readTree(workstation.tool()), tool), QString());
 }
 

@@ -97,7 +97,7 @@ void tst_Install::hostWithoutItsPluginIsReportedAndTheRestServed()
     VERIFY_RUN(result, 2);
     QCOMPARE(studio.errors(), "Could not copy file to: \n" + studio.target("modo").toUtf8() + '\n');
     QCOMPARE(test::readTree(studio.target("modo")).keys(), QStringList("manager.cfg"));
-    QCOMPARE(studio.log().last(), QString("Debug: 2"));
+    QCOMPARE(studio.log().constLast(), QString("Debug: 2"));
     for (const test::StudioHost &host : test::Studio::hosts()) {
         const bool isServed = QFile::exists(studio.target(host.key, "uninstall.ini"));
         QCOMPARE(isServed, host.key != "modo");

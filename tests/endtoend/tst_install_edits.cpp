@@ -24,18 +24,18 @@ private slots:
 
 namespace {
 
-const QString mayaScript = "hosts/maya 2020/scripts/userSetup.py";
-const QString mayaBackup = "hosts/maya 2020/scripts/drask/userSetup.py.draskbackup";
-const QString environment = "hosts/houdini18.0/houdini.env";
-const QByteArray assignment = "\n#drask_installed\nHOUDINI_PATH = \";$HOUDINI_PATH\"\n";
+const char mayaScript[] = "hosts/maya 2020/scripts/userSetup.py";
+const char mayaBackup[] = "hosts/maya 2020/scripts/drask/userSetup.py.draskbackup";
+const char environment[] = "hosts/houdini18.0/houdini.env";
+const char assignment[] = "\n#drask_installed\nHOUDINI_PATH = \";$HOUDINI_PATH\"\n";
 
 /// What the newer generation of the Maya plug-in adds: one block, from the marker to a call.
-const QByteArray newerTemplate = "#drask_installed\n"
-                                 "def addTab():\n"
-                                 "\tsys.path.append( importable_path(u'__ScriptPath__'))\n"
-                                 "\timport draskshelf\n"
-                                 "\tdraskshelf.init()\n"
-                                 "maya.utils.executeDeferred(\"searchTab()\")";
+const char newerTemplate[] = "#drask_installed\n"
+                             "def addTab():\n"
+                             "\tsys.path.append( importable_path(u'__ScriptPath__'))\n"
+                             "\timport draskshelf\n"
+                             "\tdraskshelf.init()\n"
+                             "maya.utils.executeDeferred(\"searchTab()\")";
 
 } // namespace
 
@@ -58,7 +58,7 @@ void tst_InstallEdits::mayaScriptKeepsItsLinesWhenTheBlockIsReplaced()
     const test::Studio studio;
     const QByteArray own = "import maya.cmds as cmds\n";
     studio.write(mayaScript, own);
-    studio.ship("maya", 13, {{"drask_userSetup.py", newerTemplate + '\n'}});
+    studio.ship("maya", 13, {{"drask_userSetup.py", QByteArray(newerTemplate) + '\n'}});
     const QByteArray block = QByteArray(newerTemplate)
                                  .replace("__ScriptPath__", studio.target("maya").toUtf8());
 
@@ -130,7 +130,7 @@ void tst_InstallEdits::houdiniEnvironmentIsMadeWhereThereIsNone()
     const test::RunResult result = studio.run();
 
     VERIFY_RUN(result, 0);
-    QCOMPARE(studio.read(environment), assignment);
+    QCOMPARE(studio.read(environment), QByteArray(assignment));
     QVERIFY(!QFile::exists(studio.target("houdini", "houdini.env")));
 }
 
@@ -158,7 +158,7 @@ void tst_InstallEdits::houdiniAssignmentOfAnEarlierPluginIsReplaced()
     const test::RunResult result = studio.run();
 
     VERIFY_RUN(result, 0);
-    QCOMPARE(studio.read(environment), "OWN = 1" + assignment);
+    QCOMPARE(studio.read(environment), QByteArray("OWN = 1") + assignment);
 }
 
 void tst_InstallEdits::rhinoIsRegisteredInTheWorkingFolder()

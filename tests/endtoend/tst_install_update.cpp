@@ -31,7 +31,8 @@ QStringList configurations()
 {
     QStringList names;
     for (const test::StudioHost &host : test::Studio::hosts()) {
-        for (const QString &folder : host.targets()) {
+        const QStringList folders = host.targets();
+        for (const QString &folder : folders) {
             names << folder + "/manager.cfg";
         }
     }
@@ -159,10 +160,11 @@ void tst_InstallUpdate::reinstallCopiesEverythingAnew()
 
     VERIFY_RUN(second, 0);
     QCOMPARE(test::treeDifference(studio.treeWithoutLogs(), installed), QString());
-    QCOMPARE(studio.log().first(), QString("Debug: forceReinstall"));
+    QCOMPARE(studio.log().constFirst(), QString("Debug: forceReinstall"));
     QStringList written = studio.writtenFiles();
     for (const test::StudioHost &host : test::Studio::hosts()) {
-        for (const QString &folder : host.targets()) {
+        const QStringList folders = host.targets();
+        for (const QString &folder : folders) {
             QVERIFY(written.removeOne(folder + "/uninstall.ini"));
             const QStringList shipped = test::readTree(studio.tool("plugins/" + host.plugin))
                                             .keys();
@@ -222,7 +224,7 @@ void tst_InstallUpdate::onlyWriteConfigWritesConfigurationsAlone()
     const test::RunResult second = studio.run({"onlyWriteConfig"});
 
     VERIFY_RUN(second, 0);
-    QCOMPARE(studio.log().first(), QString("Debug: only write config"));
+    QCOMPARE(studio.log().constFirst(), QString("Debug: only write config"));
     QCOMPARE(studio.writtenFiles(), configurations());
 }
 
@@ -242,7 +244,8 @@ void tst_InstallUpdate::onlyWriteConfigOnFreshHostsCopiesNoPlugin()
              "Could not copy userSetup.py file to: " + studio.target("maya").toUtf8() + '\n');
     test::Tree expected = studio.installed(before);
     for (const test::StudioHost &host : test::Studio::hosts()) {
-        for (const QString &folder : host.targets()) {
+        const QStringList folders = host.targets();
+        for (const QString &folder : folders) {
             const QStringList shipped = test::readTree(studio.tool("plugins/" + host.plugin))
                                             .keys();
             for (const QString &file : shipped) {

@@ -10,8 +10,7 @@ class tst_Uninstall : public QObject {
     Q_OBJECT
 
 private slots:
-    void pluginIsRemovedAndComesBack_data();
-    void pluginIsRemovedAndComesBack();
+    void eachPluginIsRemovedAndComesBack();
     void secondRemovalFindsNothing();
     void mayaShelfGoesWithThePlugin();
     void artistsFilesInThePluginFolderStay();
@@ -39,7 +38,8 @@ test::Tree withoutPlugin(const test::Studio &studio, const test::Tree &tree,
 {
     test::Tree rest = tree;
     const QStringList shipped = test::readTree(studio.tool("plugins/" + host.plugin)).keys();
-    for (const QString &folder : host.targets()) {
+    const QStringList folders = host.targets();
+    for (const QString &folder : folders) {
         for (const QString &file : shipped) {
             if (!file.endsWith('/') && !file.contains("drask_uninstall")) {
                 rest.remove(folder + '/' + file);
@@ -51,38 +51,36 @@ test::Tree withoutPlugin(const test::Studio &studio, const test::Tree &tree,
     return rest;
 }
 
-} // namespace
-
-void tst_Uninstall::pluginIsRemovedAndComesBack_data()
+QStringList logOfRemoval(const test::Studio &studio, const test::StudioHost &host)
 {
-    QTest::addColumn<QString>("key");
-
-    for (const test::StudioHost &host : test::Studio::hosts()) {
-        QTest::addRow("the plug-in of %s", qPrintable(host.key)) << host.key;
+    QStringList log = test::linesOfLookUp(host.key, studio.path(host.folder));
+    const QStringList folders = host.targets();
+    for (const QString &folder : folders) {
+        log += test::linesOfUninstall(studio.path(folder), 0);
     }
+    return log;
 }
 
-void tst_Uninstall::pluginIsRemovedAndComesBack()
+} // namespace
+
+void tst_Uninstall::eachPluginIsRemovedAndComesBack()
 {
-    QFETCH(QString, key);
     const test::Studio studio;
     const test::RunResult first = studio.run();
     VERIFY_RUN(first, 0);
     const test::Tree installed = studio.treeWithoutLogs();
-    const test::StudioHost host = studio.host(key);
+    test::Tree expected = installed;
 
-    const test::RunResult removal = studio.run({"uninstallPlugin", operandFor(studio, key)});
+    for (const test::StudioHost &host : test::Studio::hosts()) {
+        const test::RunResult removal = studio.run(
+            {"uninstallPlugin", operandFor(studio, host.key)});
 
-    VERIFY_RUN(removal, 0);
-    QCOMPARE(test::treeDifference(studio.treeWithoutLogs(), withoutPlugin(studio, installed, host)),
-             QString());
-    QStringList log = test::linesOfLookUp(key, studio.path(host.folder));
-    for (const QString &folder : host.targets()) {
-        log += test::linesOfUninstall(studio.path(folder), 0);
+        VERIFY_RUN(removal, 0);
+        expected = withoutPlugin(studio, expected, host);
+        QCOMPARE(test::treeDifference(studio.treeWithoutLogs(), expected), QString());
+        QCOMPARE(studio.log(), logOfRemoval(studio, host));
+        QCOMPARE(studio.errors(), QByteArray());
     }
-    QCOMPARE(studio.log(), log);
-    QCOMPARE(studio.errors(), QByteArray());
-
     const test::RunResult again = studio.run();
 
     VERIFY_RUN(again, 0);
@@ -188,7 +186,8 @@ void tst_Uninstall::hostIsFoundWithoutSettings()
     const test::RunResult removal = studio.run({"uninstallPlugin", operand});
 
     VERIFY_RUN(removal, 0);
-    for (const QString &folder : studio.host("3dsmax").targets()) {
+    const QStringList folders = studio.host("3dsmax").targets();
+    for (const QString &folder : folders) {
         QCOMPARE(test::readTree(studio.path(folder)).keys(),
                  QStringList({"drask_uninstall.sh", "icons/"}));
     }
@@ -208,7 +207,7 @@ void tst_Uninstall::fileThatCannotBeDeletedIsReportedByTheCode()
     VERIFY_RUN(removal, 2);
     QCOMPARE(test::readTree(studio.path(folder)).keys(),
              QStringList({"drask.py/", "drask.py/own.txt", "drask_uninstall.sh", "icons/"}));
-    QCOMPARE(studio.log().last(), QString("Debug: uninstallPlugin  2"));
+    QCOMPARE(studio.log().constLast(), QString("Debug: uninstallPlugin  2"));
     QCOMPARE(studio.errors(), QByteArray());
 }
 
@@ -231,7 +230,7 @@ void tst_Uninstall::readOnlyPluginFolderIsReportedByTheCode()
     VERIFY_RUN(removal, 2);
     QCOMPARE(test::readTree(studio.target("modo")).size(), 4);
     QCOMPARE(test::readTree(icons).size(), 2);
-    QCOMPARE(studio.log().last(), QString("Debug: uninstallPlugin  2"));
+    QCOMPARE(studio.log().constLast(), QString("Debug: uninstallPlugin  2"));
 }
 
 void tst_Uninstall::removalOfAllRemovesNothing()
@@ -252,7 +251,8 @@ void tst_Uninstall::removalOfAllRemovesNothing()
         log += test::linesOfLookUp(host.key, studio.path(host.folder));
     }
     for (const test::StudioHost &host : test::Studio::hosts()) {
-        for (const QString &folder : host.targets()) {
+        const QStringList folders = host.targets();
+        for (const QString &folder : folders) {
             log += test::linesWithoutManifest('(' + host.key + ") " + studio.path(folder));
         }
     }

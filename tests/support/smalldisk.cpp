@@ -3,6 +3,8 @@
 
 #include <QFile>
 
+#include <utility>
+
 #ifdef Q_OS_LINUX
 #include <sched.h>
 #include <sys/mount.h>
@@ -30,8 +32,8 @@ bool havePrivateMounts()
 
 } // namespace
 
-SmallDisk::SmallDisk(const QString &folder, const QByteArray &options)
-    : home(folder)
+SmallDisk::SmallDisk(QString folder, const QByteArray &options)
+    : home(std::move(folder))
 #ifdef Q_OS_LINUX
     , mounted(havePrivateMounts() && mountDisk(home, 0, options))
 #else

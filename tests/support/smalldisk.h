@@ -11,7 +11,7 @@ namespace test {
 class SmallDisk {
 public:
     /// \a options are those of tmpfs, such as "size=64k".
-    SmallDisk(const QString &folder, const QByteArray &options);
+    SmallDisk(QString folder, const QByteArray &options);
     ~SmallDisk();
     SmallDisk(const SmallDisk &) = delete;
     SmallDisk &operator=(const SmallDisk &) = delete;

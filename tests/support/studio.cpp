@@ -12,31 +12,8 @@ namespace test {
 
 namespace {
 
-const QByteArray cpuType = "printf 'x86\\373\\377'\n";
-const QByteArray cpuTypeInBase64 = "eDg2-_8=";
-
-// clang-format off
-const QVector<StudioHost> fifteenHosts = {
-//   key          installed in                  plug-in folder inside            shipped in    version key         version
-    {"3dsmax",    "hosts/3ds Max 2020",
-     {"/CHS/scripts/startup/drask", "/DEU/scripts/startup/drask", "/ENU/scripts/startup/drask",
-      "/FRA/scripts/startup/drask", "/JPN/scripts/startup/drask", "/KOR/scripts/startup/drask"}, "3ds",        "version3ds",        31},
-    {"c4d",       "hosts/Cinema 4D R19",        {"/plugins/drask"},              "Cinema4D",   "versionCinema4d",   19},
-    {"c4d14",     "hosts/Cinema 4D R14",        {"/plugins/drask"},              "Cinema4D14", "versionCinema4d14", 14},
-    {"c4d21",     "hosts/Cinema 4D R21",        {"/plugins/drask"},              "Cinema4D21", "versionCinema4d21", 21},
-    {"blender",   "hosts/blender-2.79",         {"/scripts/startup/adrask"},     "Blender",    "versionBlender",     4},
-    {"blender28", "hosts/blender-2.82",         {"/scripts/startup/adrask"},     "Blender28",  "versionBlender28",   5},
-    {"xsi",       "hosts/Softimage 2015",       {"/Application/Plugins/drask"},  "xsi",        "versionXSI",         2},
-    {"lightwave", "hosts/LightWave 2019",       {"/Plugins/drask"},              "lightwave",  "versionLightwave",   9},
-    {"maya",      "hosts/maya 2020",            {"/scripts/drask"},              "maya",       "versionMaya",       12},
-    {"modo",      "hosts/Modo 14.0v1",          {"/Scripts/drask"},              "modo",       "versionModo",        7},
-    {"rhino",     "hosts/Rhinoceros 5",         {"/Plug-ins/Drask"},             "rhino",      "versionRhino",       8},
-    {"revit",     "hosts/Revit 2020",           {"/Plugins/drask"},              "revit",      "versionRevit",       3},
-    {"houdini",   "hosts/houdini18.0",          {"/Plugins/drask"},              "houdini",    "versionHoudini",     6},
-    {"sketchup",  "hosts/SketchUp 2019/Plugins", {""},                           "sketchup",   "versionSketchup",   10},
-    {"clarisse",  "hosts/Clarisse iFX 4.0",     {"/drask"},                      "clarisse",   "versionClarisse",   11},
-};
-// clang-format on
+const char cpuType[] = "printf 'x86\\373\\377'\n";
+const char cpuTypeInBase64[] = "eDg2-_8=";
 
 const char mayaTemplate[] = "#drask_installed\n"
                             "import sys\n"
@@ -145,7 +122,7 @@ Studio::Studio()
     addSetting("UserData", QString::fromUtf8("username=Ann L\xc3\xb6we"));
     addSetting("PathOptions", QString::fromUtf8("localProjectsFolder=/home/ann/pr\xc3\xb8jects"));
     addCpuType(cpuType);
-    for (const StudioHost &host : fifteenHosts) {
+    for (const StudioHost &host : hosts()) {
         addPlugin(host.plugin, pluginFiles(host));
         addHost(host.key, path(host.folder));
         addSetting("plugins", QStringLiteral("%1=%2").arg(host.versionKey).arg(host.version));
@@ -159,14 +136,36 @@ Studio::Studio()
     write("hosts/SketchUp 2019/Plugins/own.rb", "puts 'hello'\n");
 }
 
+// clang-format off
 const QVector<StudioHost> &Studio::hosts()
 {
+    static const QVector<StudioHost> fifteenHosts = {
+//       key          installed in                  plug-in folder inside            shipped in    version key         version
+        {"3dsmax",    "hosts/3ds Max 2020",
+         {"/CHS/scripts/startup/drask", "/DEU/scripts/startup/drask", "/ENU/scripts/startup/drask",
+          "/FRA/scripts/startup/drask", "/JPN/scripts/startup/drask", "/KOR/scripts/startup/drask"}, "3ds",        "version3ds",        31},
+        {"c4d",       "hosts/Cinema 4D R19",        {"/plugins/drask"},              "Cinema4D",   "versionCinema4d",   19},
+        {"c4d14",     "hosts/Cinema 4D R14",        {"/plugins/drask"},              "Cinema4D14", "versionCinema4d14", 14},
+        {"c4d21",     "hosts/Cinema 4D R21",        {"/plugins/drask"},              "Cinema4D21", "versionCinema4d21", 21},
+        {"blender",   "hosts/blender-2.79",         {"/scripts/startup/adrask"},     "Blender",    "versionBlender",     4},
+        {"blender28", "hosts/blender-2.82",         {"/scripts/startup/adrask"},     "Blender28",  "versionBlender28",   5},
+        {"xsi",       "hosts/Softimage 2015",       {"/Application/Plugins/drask"},  "xsi",        "versionXSI",         2},
+        {"lightwave", "hosts/LightWave 2019",       {"/Plugins/drask"},              "lightwave",  "versionLightwave",   9},
+        {"maya",      "hosts/maya 2020",            {"/scripts/drask"},              "maya",       "versionMaya",       12},
+        {"modo",      "hosts/Modo 14.0v1",          {"/Scripts/drask"},              "modo",       "versionModo",        7},
+        {"rhino",     "hosts/Rhinoceros 5",         {"/Plug-ins/Drask"},             "rhino",      "versionRhino",       8},
+        {"revit",     "hosts/Revit 2020",           {"/Plugins/drask"},              "revit",      "versionRevit",       3},
+        {"houdini",   "hosts/houdini18.0",          {"/Plugins/drask"},              "houdini",    "versionHoudini",     6},
+        {"sketchup",  "hosts/SketchUp 2019/Plugins", {""},                           "sketchup",   "versionSketchup",   10},
+        {"clarisse",  "hosts/Clarisse iFX 4.0",     {"/drask"},                      "clarisse",   "versionClarisse",   11},
+    };
     return fifteenHosts;
 }
+// clang-format on
 
 StudioHost Studio::host(const QString &key)
 {
-    return *std::find_if(fifteenHosts.cbegin(), fifteenHosts.cend(),
+    return *std::find_if(hosts().cbegin(), hosts().cend(),
                          [&key](const StudioHost &host) { return host.key == key; });
 }
 
@@ -200,9 +199,10 @@ void Studio::changeSetting(const QByteArray &line, const QByteArray &newLine) co
 Tree Studio::installed(const Tree &before) const
 {
     Tree tree = before;
-    for (const StudioHost &host : fifteenHosts) {
+    for (const StudioHost &host : hosts()) {
         const Tree shipped = readTree(tool("plugins/" + host.plugin));
-        for (const QString &folder : host.targets()) {
+        const QStringList folders = host.targets();
+        for (const QString &folder : folders) {
             for (auto file = shipped.cbegin(); file != shipped.cend(); ++file) {
                 put(tree, folder + '/' + file.key(), file.value());
             }
@@ -251,8 +251,9 @@ QStringList Studio::logOfFirstRun() const
 {
     QStringList lines = startLines(*this);
     QString manifestBefore;
-    for (const StudioHost &host : fifteenHosts) {
-        for (const QString &folder : host.targets()) {
+    for (const StudioHost &host : hosts()) {
+        const QStringList folders = host.targets();
+        for (const QString &folder : folders) {
             lines << "Debug: open file:  " + quoted(manifestBefore);
             lines += linesOfNewConfig();
             lines << installedLine(host.key, path(folder));
@@ -265,8 +266,9 @@ QStringList Studio::logOfFirstRun() const
 QStringList Studio::logOfLaterRun() const
 {
     QStringList lines = startLines(*this);
-    for (const StudioHost &host : fifteenHosts) {
-        for (const QString &folder : host.targets()) {
+    for (const StudioHost &host : hosts()) {
+        const QStringList folders = host.targets();
+        for (const QString &folder : folders) {
             lines << alreadyInstalledLine(path(folder)) << "Debug: not necessary to write cfg";
         }
     }

@@ -34,7 +34,7 @@ private slots:
 
 namespace {
 
-const QString firstManifest = "Debug: open file:  \"\"";
+const char firstManifest[] = "Debug: open file:  \"\"";
 
 QString couldNotRemove(const QString &file)
 {
@@ -219,7 +219,7 @@ void tst_FolderCopyFailures::lastFailureOfAFolderDecides()
     sandbox.makeFolder("host/drask/" + folder);
     giveWritableFile(sandbox, "host/drask/" + file);
     giveWritableFile(sandbox, "host/drask/uninstall.ini");
-    const QString last = test::filesInCopyOrder(sandbox.path("plugin")).last();
+    const QString last = test::filesInCopyOrder(sandbox.path("plugin")).constLast();
     const test::ReadOnly readOnly(sandbox.path("host/drask"));
     const test::OrdinaryUser user;
     if (!user.isActive()) {

@@ -9,11 +9,14 @@
 
 namespace {
 
-const QByteArray wanted = "ann\n/home/ann/projects\n/opt/drask/DraskDrop\n2.3.10\n\n1\n1";
+QByteArray wanted()
+{
+    return "ann\n/home/ann/projects\n/opt/drask/DraskDrop\n2.3.10\n\n1\n1";
+}
 
-const QString newFile = "Debug: cannot read config file, create new";
-const QString writes = "Debug: 161 write cfg file...";
-const QString upToDate = "Debug: not necessary to write cfg";
+const char newFile[] = "Debug: cannot read config file, create new";
+const char writes[] = "Debug: 161 write cfg file...";
+const char upToDate[] = "Debug: not necessary to write cfg";
 
 /// An installer whose file says \a wanted.
 PluginInstaller makeInstaller(bool copyTexFiles = true)
@@ -70,8 +73,8 @@ void tst_ManagerConfig::sevenLinesAreWritten_data()
     QTest::addColumn<bool>("windowsLineEnds");
     QTest::addColumn<QByteArray>("content");
 
-    QTest::newRow("with line feeds") << false << wanted;
-    QTest::newRow("with Windows line ends") << true << QByteArray(wanted).replace("\n", "\r\n");
+    QTest::newRow("with line feeds") << false << wanted();
+    QTest::newRow("with Windows line ends") << true << wanted().replace("\n", "\r\n");
 }
 
 void tst_ManagerConfig::sevenLinesAreWritten()
@@ -159,16 +162,15 @@ void tst_ManagerConfig::equalFileIsNotWritten_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<bool>("windowsLineEnds");
 
-    const QByteArray windows = QByteArray(wanted).replace("\n", "\r\n");
-    QTest::newRow("the same bytes") << wanted << false;
+    const QByteArray windows = wanted().replace("\n", "\r\n");
+    QTest::newRow("the same bytes") << wanted() << false;
     QTest::newRow("the same bytes with Windows line ends") << windows << true;
     QTest::newRow("Windows line ends where line feeds are wanted") << windows << false;
-    QTest::newRow("line feeds where Windows line ends are wanted") << wanted << true;
+    QTest::newRow("line feeds where Windows line ends are wanted") << wanted() << true;
     QTest::newRow("mixed line ends") << QByteArray(windows).replace("10\r\n", "10\n") << false;
-    QTest::newRow("a line end behind the last line") << wanted + '\n' << false;
-    QTest::newRow("a carriage return within a line")
-        << QByteArray(wanted).replace("ann", "a\rnn") << false;
-    QTest::newRow("an eighth line") << wanted + "\nnotes of the plug-in\n" << false;
+    QTest::newRow("a line end behind the last line") << wanted() + '\n' << false;
+    QTest::newRow("a carriage return within a line") << wanted().replace("ann", "a\rnn") << false;
+    QTest::newRow("an eighth line") << wanted() + "\nnotes of the plug-in\n" << false;
 }
 
 void tst_ManagerConfig::equalFileIsNotWritten()
@@ -189,19 +191,18 @@ void tst_ManagerConfig::differentFileIsWrittenAnew_data()
 {
     QTest::addColumn<QByteArray>("content");
 
-    const QList<QByteArray> lines = wanted.split('\n');
+    const QList<QByteArray> lines = wanted().split('\n');
     for (int index = 0; index < lines.size(); ++index) {
         QList<QByteArray> others = lines;
         others[index] += 'x';
         QTest::addRow("line %d is another", index + 1) << others.join('\n');
     }
-    QTest::newRow("a capital letter") << QByteArray(wanted).replace("ann\n", "Ann\n");
-    QTest::newRow("a blank behind a line") << QByteArray(wanted).replace("ann\n", "ann \n");
-    QTest::newRow("a blank before a line") << QByteArray(wanted).replace("2.3.10", " 2.3.10");
-    QTest::newRow("the last line is missing") << wanted.chopped(2);
-    QTest::newRow("the empty line is missing") << QByteArray(wanted).replace("\n\n", "\n");
-    QTest::newRow("another padding of the same CPU type")
-        << QByteArray(wanted).replace("\n\n", "\n=\n");
+    QTest::newRow("a capital letter") << wanted().replace("ann\n", "Ann\n");
+    QTest::newRow("a blank behind a line") << wanted().replace("ann\n", "ann \n");
+    QTest::newRow("a blank before a line") << wanted().replace("2.3.10", " 2.3.10");
+    QTest::newRow("the last line is missing") << wanted().chopped(2);
+    QTest::newRow("the empty line is missing") << wanted().replace("\n\n", "\n");
+    QTest::newRow("another padding of the same CPU type") << wanted().replace("\n\n", "\n=\n");
     QTest::newRow("nothing") << QByteArray("");
     QTest::newRow("random bytes") << QByteArray("\xff\xfe\0\r\n\x80\n\n\n\n\n", 11);
 }
@@ -214,28 +215,28 @@ void tst_ManagerConfig::differentFileIsWrittenAnew()
 
     QCOMPARE(logOfWriting(sandbox, 0), QStringList(writes));
 
-    QCOMPARE(sandbox.read("manager.cfg"), wanted);
+    QCOMPARE(sandbox.read("manager.cfg"), wanted());
 }
 
 void tst_ManagerConfig::texturesAloneChangeTheLastLine()
 {
     const test::Sandbox sandbox;
-    sandbox.write("manager.cfg", wanted);
+    sandbox.write("manager.cfg", wanted());
     const PluginInstaller installer = makeInstaller(false);
 
     QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10", false), 0);
 
-    QCOMPARE(sandbox.read("manager.cfg"), wanted.chopped(1) + '0');
+    QCOMPARE(sandbox.read("manager.cfg"), wanted().chopped(1) + '0');
 }
 
 void tst_ManagerConfig::longerFileIsCutOff()
 {
     const test::Sandbox sandbox;
-    sandbox.write("manager.cfg", "x" + wanted + QByteArray(5000, '\n'));
+    sandbox.write("manager.cfg", "x" + wanted() + QByteArray(5000, '\n'));
 
     QCOMPARE(logOfWriting(sandbox, 0), QStringList(writes));
 
-    QCOMPARE(sandbox.read("manager.cfg"), wanted);
+    QCOMPARE(sandbox.read("manager.cfg"), wanted());
 }
 
 void tst_ManagerConfig::missingFolderFailsAndIsNotMade()
@@ -289,7 +290,7 @@ void tst_ManagerConfig::readOnlyFileFailsWhenItDiffers()
 void tst_ManagerConfig::readOnlyFileIsFineWhenItIsEqual()
 {
     const test::Sandbox sandbox;
-    sandbox.write("manager.cfg", wanted);
+    sandbox.write("manager.cfg", wanted());
     const test::ReadOnly readOnly(sandbox.path("manager.cfg"));
     const test::OrdinaryUser user;
     if (!user.isActive()) {
@@ -302,7 +303,7 @@ void tst_ManagerConfig::readOnlyFileIsFineWhenItIsEqual()
 void tst_ManagerConfig::unreadableFileIsTakenForMissing()
 {
     const test::Sandbox sandbox;
-    sandbox.write("manager.cfg", wanted);
+    sandbox.write("manager.cfg", wanted());
     test::giveToOrdinaryUser(sandbox.path("manager.cfg"));
     QVERIFY(QFile::setPermissions(sandbox.path("manager.cfg"), QFile::WriteOwner));
     sandbox.age("manager.cfg");

@@ -44,11 +44,12 @@ int uninstall(const test::Sandbox &sandbox)
 
 QStringList relativeLog(const test::LogCapture &log, const test::Sandbox &sandbox)
 {
-    return log.lines().replaceInStrings(sandbox.path() + QLatin1Char('/'), QString());
+    QStringList lines = log.lines();
+    return lines.replaceInStrings(sandbox.path() + QLatin1Char('/'), QString());
 }
 
-const QString begins = "Debug: begin uninstall";
-const QString manifestName = "Debug: \"drask/uninstall.ini\"";
+const char begins[] = "Debug: begin uninstall";
+const char manifestName[] = "Debug: \"drask/uninstall.ini\"";
 
 } // namespace
 

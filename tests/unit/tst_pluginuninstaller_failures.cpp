@@ -44,14 +44,15 @@ int uninstall(const test::Sandbox &sandbox)
 
 QStringList relativeLog(const test::LogCapture &log, const test::Sandbox &sandbox)
 {
-    return log.lines().replaceInStrings(sandbox.path() + QLatin1Char('/'), QString());
+    QStringList lines = log.lines();
+    return lines.replaceInStrings(sandbox.path() + QLatin1Char('/'), QString());
 }
 
-const QString begins = "Debug: begin uninstall";
-const QString manifestName = "Debug: \"drask/uninstall.ini\"";
-const QString noManifest = "Debug: cannot open  \"drask/uninstall.ini\"  for reading, ignore";
-const QString manifestStays = "Debug: could not delete  \"drask/uninstall.ini\"";
-const QString configStays = "Debug: could not delete  \"drask/manager.cfg\"";
+const char begins[] = "Debug: begin uninstall";
+const char manifestName[] = "Debug: \"drask/uninstall.ini\"";
+const char noManifest[] = "Debug: cannot open  \"drask/uninstall.ini\"  for reading, ignore";
+const char manifestStays[] = "Debug: could not delete  \"drask/uninstall.ini\"";
+const char configStays[] = "Debug: could not delete  \"drask/manager.cfg\"";
 
 } // namespace
 
@@ -200,7 +201,7 @@ void tst_PluginUninstallerFailures::functionReturnsTheFailure()
 
     QCOMPARE(uninstallPluginFunction(sandbox.path("drask")), 2);
 
-    QCOMPARE(log.lines().last(), QString("Debug: uninstallPlugin  2"));
+    QCOMPARE(log.lines().constLast(), QString("Debug: uninstallPlugin  2"));
 }
 
 void tst_PluginUninstallerFailures::functionIgnoresATextWithoutAFolder_data()
