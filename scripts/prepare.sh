@@ -58,11 +58,10 @@ install_debian_packages() {
     done
     [ -n "$missing" ] || return 0
     printf 'Installing%s\n' "$missing"
-    as_root apt-get update -qq >/dev/null || fail "apt-get update failed"
+    run_quietly as_root apt-get update
     # shellcheck disable=SC2086 # a list of names
-    as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -qq -y --no-install-recommends $missing >/dev/null \
-        || fail "These packages could not be installed:$missing"
+    run_quietly as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y --no-install-recommends $missing
 }
 
 install_brew_packages() {

@@ -68,6 +68,7 @@ QStringView fileName(const QString &path)
 } // namespace
 
 // Taken by value: part of the operation's interface.
+// cppcheck-suppress passedByValue
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 int Ov3Uninstaller::deleteOldPlugins(QString listFile) // clazy:exclude=function-args-by-ref
 {
