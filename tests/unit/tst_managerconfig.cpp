@@ -305,8 +305,8 @@ void tst_ManagerConfig::unreadableFileIsTakenForMissing()
     const test::Sandbox sandbox;
     sandbox.write("manager.cfg", wanted());
     test::giveToOrdinaryUser(sandbox.path("manager.cfg"));
-    QVERIFY(QFile::setPermissions(sandbox.path("manager.cfg"), QFile::WriteOwner));
     sandbox.age("manager.cfg");
+    QVERIFY(QFile::setPermissions(sandbox.path("manager.cfg"), QFile::WriteOwner));
     {
         const test::OrdinaryUser user;
         if (!user.isActive()) {
