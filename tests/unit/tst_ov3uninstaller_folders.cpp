@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "localecodec.h"
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
@@ -42,6 +43,7 @@ private slots:
     void lineLeadsNowhere_data();
     void lineLeadsNowhere();
     void lineWithoutEqualSignIsAPathItself();
+    void listIsReadInTheLocalEncoding();
     void sameFolderAppearsAsOftenAsItIsNamed();
     void fileInAFoldersPlaceCounts();
     void danglingLinkInAFoldersPlaceDoesNot();
@@ -105,6 +107,8 @@ void tst_Ov3UninstallerFolders::lineLeadsNowhere_data()
     QTest::newRow("a second equal sign, which belongs to the value")
         << QByteArray("path=maya=~/maya2016/Maya.app\n");
     QTest::newRow("a colon in the equal sign's place") << QByteArray("path:~/maya2016/Maya.app\n");
+    QTest::newRow("a carriage return within the value")
+        << QByteArray("path=~/ma\rya2016/Maya.app\n");
     QTest::newRow("a host without an old plug-in") << QByteArray("path=~/lightwave/Layout.exe\n");
     QTest::newRow("a program that is no host") << QByteArray("path=~/houdini/houdini\n");
     QTest::newRow("an empty list") << QByteArray("");
@@ -127,6 +131,17 @@ void tst_Ov3UninstallerFolders::lineWithoutEqualSignIsAPathItself()
 
     QCOMPARE(hosts.foldersOf("paths/maya/Maya.app  \n"),
              QStringList(hosts.path("paths/maya/scripts/Drask")));
+}
+
+void tst_Ov3UninstallerFolders::listIsReadInTheLocalEncoding()
+{
+    const test::Latin1Locale locale;
+    const Hosts hosts;
+    const QString host = "höst maya";
+    hosts.makeFolder(host + "/scripts/Drask");
+
+    QCOMPARE(hosts.foldersOf("path=~/" + host.toLocal8Bit() + "/Maya.app\n"),
+             QStringList(hosts.path(host + "/scripts/Drask")));
 }
 
 void tst_Ov3UninstallerFolders::sameFolderAppearsAsOftenAsItIsNamed()

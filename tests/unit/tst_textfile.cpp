@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "textfile.h"
 
+#include "localecodec.h"
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
@@ -43,6 +44,7 @@ QStringList visited(const QString &path)
 
 void tst_TextFile::streamWritesUtf8WithoutMark()
 {
+    const test::Latin1Locale locale;
     QBuffer buffer;
     QVERIFY(buffer.open(QIODevice::WriteOnly));
 
@@ -67,6 +69,7 @@ void tst_TextFile::streamReadsUtf8()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, text);
+    const test::Latin1Locale locale;
     QBuffer buffer(&bytes);
     QVERIFY(buffer.open(QIODevice::ReadOnly));
 
