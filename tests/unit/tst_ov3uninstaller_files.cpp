@@ -68,6 +68,7 @@ private slots:
     void otherNamesStay_data();
     void otherNamesStay();
     void filesInSubfoldersAreFoundAndFoldersStay();
+    void filesComeInTheOrderOfTheWalk();
     void missingFolderHoldsNoFiles();
     void foldersWithAListedNameStay();
     void hiddenFoldersAreNotEntered();
@@ -147,6 +148,28 @@ void tst_Ov3UninstallerFiles::filesInSubfoldersAreFoundAndFoldersStay()
     QCOMPARE(maya.found(), names);
     QCOMPARE(maya.deleteAll(), 0);
     QCOMPARE(test::treeDifference(maya.tree(), rest), QString());
+}
+
+void tst_Ov3UninstallerFiles::filesComeInTheOrderOfTheWalk()
+{
+    const OldMaya maya;
+    for (int number = 0; number < 20; ++number) {
+        const QString folder = maya.plugin + '/' + QString::number(number * 7 % 20);
+        maya.write(folder + "/manager.cfg", "old");
+        maya.write(folder + "/a/grex.js", "old");
+    }
+    QStringList walk;
+    QDirIterator entries(maya.path(maya.plugin), QDir::Files, QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        walk << entries.next();
+    }
+    QStringList sorted = walk;
+    sorted.sort();
+    if (walk == sorted) {
+        QSKIP("This file system lists its files in the order of their names.");
+    }
+
+    QCOMPARE(Ov3Uninstaller::findPluginFiles(maya.path(maya.plugin)), QList<QString>(walk));
 }
 
 void tst_Ov3UninstallerFiles::missingFolderHoldsNoFiles()
