@@ -28,6 +28,7 @@ private slots:
     void namesOf255BytesAreCopied();
     void oddNamesAreCopiedAndListed_data();
     void oddNamesAreCopiedAndListed();
+    void nameWithALineFeedMakesTwoLinesOfTheManifest();
 
     void onlyWriteConfigCopiesNothing();
     void onlyWriteConfigDoesNotLookForTheSource();
@@ -255,6 +256,7 @@ void tst_FolderCopy::oddNamesAreCopiedAndListed_data()
     QTest::newRow("quotes") << "O'Neil \"the one\".py";
     QTest::newRow("a percent sign") << "%1.py";
     QTest::newRow("a tab") << "a\tb";
+    QTest::newRow("a carriage return") << "a\rb";
     QTest::newRow("letters of several scripts") << QString::fromUtf8("\xc3\xa9\xe6\x97\xa5.py");
     QTest::newRow("a sign beyond the basic plane") << QString::fromUtf8("\xf0\x9f\x90\x8d.py");
     QTest::newRow("wildcards") << "*?[a].py";
@@ -273,6 +275,17 @@ void tst_FolderCopy::oddNamesAreCopiedAndListed()
     QCOMPARE(sandbox.read("host/drask/" + name), QByteArray("odd"));
     QCOMPARE(sandbox.manifest(),
              QStringList({"host/drask/" + name, "host/drask/in " + name + "/a"}));
+}
+
+void tst_FolderCopy::nameWithALineFeedMakesTwoLinesOfTheManifest()
+{
+    test::CopySandbox sandbox;
+    sandbox.write("plugin/a\nb.py", "a");
+
+    QCOMPARE(sandbox.copy(), 0);
+
+    QCOMPARE(sandbox.read("host/drask/a\nb.py"), QByteArray("a"));
+    QCOMPARE(sandbox.manifest(), QStringList({"host/drask/a", "b.py"}));
 }
 
 void tst_FolderCopy::onlyWriteConfigCopiesNothing()

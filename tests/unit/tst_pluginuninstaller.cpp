@@ -20,6 +20,7 @@ private slots:
     void lastLineNeedsNoLineEnd();
     void windowsLineEndsAreNoPartOfTheNames();
     void nonAsciiAndOddNamesAreDeleted();
+    void fileWithALineFeedInItsNameStays();
     void relativeLinesBelongToTheWorkingFolder();
     void linesAreUsedExactlyAsWritten();
     void listedLinksAreDeletedButNotTheirTargets();
@@ -173,6 +174,7 @@ void tst_PluginUninstaller::nonAsciiAndOddNamesAreDeleted()
     const QStringList names = {QString::fromUtf8("\xc3\xa9\xe6\x97\xa5.py"),
                                " blanks ",
                                "a\tb",
+                               "a\rb",
                                "O'Neil \"x\".py",
                                "#a",
                                "%1",
@@ -187,6 +189,23 @@ void tst_PluginUninstaller::nonAsciiAndOddNamesAreDeleted()
     QCOMPARE(uninstall(sandbox), 0);
 
     QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
+}
+
+void tst_PluginUninstaller::fileWithALineFeedInItsNameStays()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/a\nb", "shipped");
+    sandbox.write("drask/a", "of the user");
+    sandbox.write("drask/b", "of the user");
+    writeManifest(sandbox, {sandbox.path("drask/a\nb")});
+    const test::WorkingFolder workingFolder(sandbox.path("drask"));
+    const test::LogCapture log;
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(test::treeDifference(sandbox.tree(), {{"drask/", ""}, {"drask/a\nb", "shipped"}}),
+             QString());
+    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
 }
 
 void tst_PluginUninstaller::relativeLinesBelongToTheWorkingFolder()
