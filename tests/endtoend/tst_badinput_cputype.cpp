@@ -117,13 +117,14 @@ void tst_BadInputCpuType::hostIsServedWhenItCannotStart()
 void tst_BadInputCpuType::hangingProgramIsEndedAndItsOutputKept()
 {
     const OneHost workstation;
-    // The shell becomes the sleeping program, so the number is that of the program to be ended.
-    workstation.addCpuType("echo $$ > \"${0%/*}/number\"; printf half; exec sleep 1000\n");
+    // What it prints after 20 seconds is waited for, what it prints after 45 is not.
+    workstation.addCpuType("echo $$ > \"${0%/*}/number\"; printf half; sleep 20; printf more; "
+                           "sleep 25; printf late; exec sleep 1000\n");
 
     const test::RunResult result = workstation.run();
 
     VERIFY_RUN(result, 0);
-    QCOMPARE(workstation.cpuTypeLine(), QByteArray("aGFsZg=="));
+    QCOMPARE(workstation.cpuTypeLine(), QByteArray("halfmore").toBase64());
     QCOMPARE(workstation.log().filter("Warning: "),
              QStringList("Warning: QProcess: Destroyed while process (\""
                          + workstation.tool("cputype") + "\") is still running."));
