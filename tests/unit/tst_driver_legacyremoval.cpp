@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "driver.h"
+#include "relocated.h"
+#include "uninstaller/ov3uninstaller.h"
+
+#include <QLoggingCategory>
+#include <QtTest>
+
+namespace {
+
+int resultOfRemoval = 0;
+QString removedList;
+
+} // namespace
+
+// The real removal cannot fail, so what the driver makes of a failure shows only with another one.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+int Ov3Uninstaller::deleteOldPlugins(QString listFile) // clazy:exclude=function-args-by-ref
+{
+    removedList = listFile;
+    return resultOfRemoval;
+}
+
+/// What the driver makes of the result of the legacy removal.
+class tst_DriverLegacyRemoval : public QObject {
+    Q_OBJECT
+
+private slots:
+    void onlyAFailureIsReported_data();
+    void onlyAFailureIsReported();
+};
+
+namespace {
+
+/// The driver makes the application object, of which there may be one only. So this one is gone
+/// before.
+test::ProgramFolder emptyProgramFolder(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    return test::ProgramFolder();
+}
+
+/// Runs the driver, which takes the messages and their filter over once a process, and gives both
+/// back.
+int run(int argc, char *argv[])
+{
+    const QtMessageHandler before = qInstallMessageHandler(nullptr);
+    const int exitCode = runDriver(argc, argv);
+    QLoggingCategory::installFilter(nullptr);
+    qInstallMessageHandler(before);
+    return exitCode;
+}
+
+} // namespace
+
+void tst_DriverLegacyRemoval::onlyAFailureIsReported_data()
+{
+    QTest::addColumn<int>("result");
+    QTest::addColumn<QByteArray>("log");
+    QTest::addColumn<QByteArray>("errors");
+
+    const QByteArray failed = "Removal of old plugins failed, please remove manually.\n";
+    QTest::newRow("more than zero") << 7 << QByteArray("Debug: 7\n") << failed;
+    QTest::newRow("one") << 1 << QByteArray("Debug: 1\n") << failed;
+    QTest::newRow("zero") << 0 << QByteArray("Debug: 0\n") << QByteArray();
+    QTest::newRow("less than zero") << -3 << QByteArray("Debug: -3\n") << QByteArray();
+}
+
+void tst_DriverLegacyRemoval::onlyAFailureIsReported()
+{
+    QFETCH(int, result);
+    QFETCH(QByteArray, log);
+    QFETCH(QByteArray, errors);
+    char program[] = "x";
+    char word[] = "ov3uninstall";
+    char list[] = "/nowhere";
+    char *words[] = {program, word, list, nullptr};
+    const test::ProgramFolder folder = emptyProgramFolder(1, words);
+    const test::Sandbox sandbox;
+    const test::WorkingFolder workingFolder(sandbox.path());
+    resultOfRemoval = result;
+
+    QCOMPARE(run(3, words), result);
+
+    QCOMPARE(removedList, QString("/nowhere"));
+    QCOMPARE(folder.read("plugin.log"), log);
+    QCOMPARE(folder.read("pluginError.txt"), errors);
+}
+
+int main(int argc, char *argv[])
+{
+    return test::runRelocated(argc, argv, [](int count, char *words[]) {
+        tst_DriverLegacyRemoval tests;
+        return QTest::qExec(&tests, count, words);
+    });
+}
+
+#include "tst_driver_legacyremoval.moc"
