@@ -73,6 +73,8 @@ void tst_ModesSettings::settingsReachTheConfiguration_data()
     row("a user", ann, "Ann");
     row("a user with non-ASCII letters", "[UserData]\nusername=\xc3\x84nn \xe6\x97\xa5\n",
         "\xc3\x84nn \xe6\x97\xa5");
+    row("a user with a comma, which makes a list of it", "[UserData]\nusername=Doe, John\n", "");
+    row("a user with a comma in quotes", "[UserData]\nusername=\"Doe, John\"\n", "Doe, John");
     row("logged out", ann + "loggedOut=true\n", "");
     row("logged out by a number", ann + "loggedOut=1\n", "");
     row("not logged out", ann + "loggedOut=false\n", "Ann");

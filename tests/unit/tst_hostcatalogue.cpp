@@ -97,7 +97,9 @@ void tst_HostCatalogue::newRecordIsOfAnUnknownHost()
     QVERIFY(record.applicationName.isNull());
     QVERIFY(record.path.isNull());
     QCOMPARE(record.pluginSubFolder, QString(""));
+    QVERIFY(!record.pluginSubFolder.isNull());
     QCOMPARE(record.sourceFolder, QString(""));
+    QVERIFY(!record.sourceFolder.isNull());
     QCOMPARE(record.version, -9999);
 }
 

@@ -212,6 +212,8 @@ void tst_InstallPass::texturesAreCopiedUnlessSwitchedOff_data()
         << QByteArray("copyTexFiles=FALSE\n\n") << QByteArray("0");
     QTest::newRow("zero") << QByteArray("copyTexFiles=0 \n") << QByteArray("0");
     QTest::newRow("empty") << QByteArray("copyTexFiles=\n") << QByteArray("0");
+    QTest::newRow("present, but invalid")
+        << QByteArray("copyTexFiles=@Invalid()\n") << QByteArray("0");
     QTest::newRow("another word counts as true")
         << QByteArray("copyTexFiles=off\n") << QByteArray("1");
 }
