@@ -5,6 +5,7 @@
 #include "ordinaryuser.h"
 #include "sandbox.h"
 
+#include <QTextCodec>
 #include <QtTest>
 
 namespace {
@@ -15,6 +16,12 @@ const QByteArray marker = "#drask_installed\n";
 QByteArray assignment(const QByteArray &folder)
 {
     return "HOUDINI_PATH = \"" + folder + ";$HOUDINI_PATH\"\n";
+}
+
+/// \a text in \a encoding, with its byte-order mark.
+QByteArray encoded(const char *encoding, const QByteArray &text)
+{
+    return QTextCodec::codecForName(encoding)->fromUnicode(QString::fromUtf8(text));
 }
 
 int edit(const test::Sandbox &sandbox, const QString &folder = "/new")
@@ -44,6 +51,9 @@ private slots:
     void oldLineIsReplacedWhereverItStands();
     void linesAreWrittenBackAsUtf8WithLineFeeds_data();
     void linesAreWrittenBackAsUtf8WithLineFeeds();
+    void utf16IsWrittenBackAsUtf8_data();
+    void utf16IsWrittenBackAsUtf8();
+    void additionToUtf16IsNotFoundAgain();
     void folderInTheFilesPlaceFailsSilently();
     void missingParentFolderFailsSilently();
     void fileThatMayNotBeReadFailsSilently();
@@ -255,6 +265,42 @@ void tst_Houdini::linesAreWrittenBackAsUtf8WithLineFeeds()
 
     QCOMPARE(edit(sandbox), 0);
     QCOMPARE(sandbox.read("houdini.env"), written + marker + assignment("/new"));
+}
+
+void tst_Houdini::utf16IsWrittenBackAsUtf8_data()
+{
+    QTest::addColumn<QByteArray>("encoding");
+    QTest::addColumn<QByteArray>("lineEnd");
+
+    QTest::newRow("the low byte first") << QByteArray("UTF-16LE") << QByteArray("\n");
+    QTest::newRow("the high byte first") << QByteArray("UTF-16BE") << QByteArray("\n");
+    QTest::newRow("carriage returns") << QByteArray("UTF-16LE") << QByteArray("\r\n");
+}
+
+void tst_Houdini::utf16IsWrittenBackAsUtf8()
+{
+    QFETCH(QByteArray, encoding);
+    QFETCH(QByteArray, lineEnd);
+    const test::Sandbox sandbox;
+    const QByteArray before = "# \xc3\xa9\n" + marker;
+    const QByteArray text = QByteArray(before + assignment("/old")).replace("\n", lineEnd);
+    sandbox.write("houdini.env", encoded(encoding, text));
+    QCOMPARE(sandbox.read("houdini.env").size(), 2 * QString::fromUtf8(text).size() + 2);
+
+    QCOMPARE(edit(sandbox), 0);
+    QCOMPARE(sandbox.read("houdini.env"), before + assignment("/new"));
+}
+
+void tst_Houdini::additionToUtf16IsNotFoundAgain()
+{
+    const test::Sandbox sandbox;
+    const QByteArray content = encoded("UTF-16LE", "A = 1\n");
+    const QByteArray addition = '\n' + marker + assignment("/new");
+    sandbox.write("houdini.env", content);
+
+    QCOMPARE(edit(sandbox), 0);
+    QCOMPARE(edit(sandbox), 0);
+    QCOMPARE(sandbox.read("houdini.env"), content + addition + addition);
 }
 
 void tst_Houdini::folderInTheFilesPlaceFailsSilently()
