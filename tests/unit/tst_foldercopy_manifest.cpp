@@ -21,6 +21,7 @@ private slots:
     void shippedManifestTakesTheManifestsPlace();
 
     void uninstallScriptsAreCopiedButNotListed_data();
+    void folderCopiedOntoItselfDoesNotTakeItsManifestAlong();
     void uninstallScriptsAreCopiedButNotListed();
 
     void mayaShelfIsListedOnceAFolder();
@@ -139,6 +140,22 @@ void tst_FolderCopyManifest::shippedManifestTakesTheManifestsPlace()
 
 void tst_FolderCopyManifest::uninstallScriptsAreCopiedButNotListed_data()
 {
+void tst_FolderCopyManifest::folderCopiedOntoItselfDoesNotTakeItsManifestAlong()
+{
+    test::CopySandbox sandbox;
+    sandbox.write("plugin/a.py", "a");
+
+    QCOMPARE(sandbox.copy("plugin", "plugin"), 0);
+
+    QCOMPARE(sandbox.log(),
+             QStringList({"Debug: open file:  \"\"",
+                          "Debug: Could not copy file  \"plugin/a.py\"  to  \"plugin/a.py\""}));
+    QCOMPARE(
+        test::treeDifference(sandbox.tree(),
+                             {{"plugin/", ""}, {"plugin/a.py", ""}, {"plugin/uninstall.ini", ""}}),
+        QString());
+}
+
     QTest::addColumn<QString>("file");
     QTest::addColumn<bool>("isListed");
 
