@@ -59,6 +59,8 @@ private slots:
     void differentFileIsWrittenAnew();
     void texturesAloneChangeTheLastLine();
     void longerFileIsCutOff();
+    void lineFeedInAValueHasTheFileWrittenEachTime_data();
+    void lineFeedInAValueHasTheFileWrittenEachTime();
 
     void missingFolderFailsAndIsNotMade();
     void folderInTheFilesPlaceFails();
@@ -237,6 +239,39 @@ void tst_ManagerConfig::longerFileIsCutOff()
     QCOMPARE(logOfWriting(sandbox, 0), QStringList(writes));
 
     QCOMPARE(sandbox.read("manager.cfg"), wanted());
+}
+
+void tst_ManagerConfig::lineFeedInAValueHasTheFileWrittenEachTime_data()
+{
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<QString>("projects");
+
+    QTest::newRow("the user name") << "ann\nbob"
+                                   << "/projects";
+    QTest::newRow("a line feed behind the user name") << "ann\n"
+                                                      << "/projects";
+    QTest::newRow("the projects folder") << "ann"
+                                         << "/pro\njects";
+}
+
+void tst_ManagerConfig::lineFeedInAValueHasTheFileWrittenEachTime()
+{
+    QFETCH(QString, user);
+    QFETCH(QString, projects);
+    const test::Sandbox sandbox;
+    const PluginInstaller installer("/opt/drask", user, projects, false, true);
+    const QByteArray content = (user + '\n' + projects).toUtf8()
+        + "\n/opt/drask/DraskDrop\n2.3.10\n\n1\n1";
+    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10", false), 0);
+    QCOMPARE(sandbox.read("manager.cfg"), content);
+    sandbox.age("manager.cfg");
+    const test::LogCapture log;
+
+    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10", false), 0);
+
+    QVERIFY(!sandbox.isAged("manager.cfg"));
+    QCOMPARE(sandbox.read("manager.cfg"), content);
+    QCOMPARE(log.lines(), QStringList(writes));
 }
 
 void tst_ManagerConfig::missingFolderFailsAndIsNotMade()
