@@ -19,9 +19,9 @@ private slots:
     void manifestIsWrittenFromScratch();
     void pathsStandAsTheyWereBuilt();
     void shippedManifestTakesTheManifestsPlace();
+    void folderCopiedOntoItselfDoesNotTakeItsManifestAlong();
 
     void uninstallScriptsAreCopiedButNotListed_data();
-    void folderCopiedOntoItselfDoesNotTakeItsManifestAlong();
     void uninstallScriptsAreCopiedButNotListed();
 
     void mayaShelfIsListedOnceAFolder();
@@ -138,8 +138,6 @@ void tst_FolderCopyManifest::shippedManifestTakesTheManifestsPlace()
     QCOMPARE(sandbox.read("host/drask/uninstall.ini"), QByteArray("shipped\n"));
 }
 
-void tst_FolderCopyManifest::uninstallScriptsAreCopiedButNotListed_data()
-{
 void tst_FolderCopyManifest::folderCopiedOntoItselfDoesNotTakeItsManifestAlong()
 {
     test::CopySandbox sandbox;
@@ -156,6 +154,8 @@ void tst_FolderCopyManifest::folderCopiedOntoItselfDoesNotTakeItsManifestAlong()
         QString());
 }
 
+void tst_FolderCopyManifest::uninstallScriptsAreCopiedButNotListed_data()
+{
     QTest::addColumn<QString>("file");
     QTest::addColumn<bool>("isListed");
 
