@@ -98,7 +98,7 @@ RunResult Workstation::run(const QStringList &arguments, const RunOptions &optio
     process.setWorkingDirectory(options.workingFolder.isEmpty() ? tool() : options.workingFolder);
     QStringList words = QString::fromLocal8Bit(qgetenv("DRASK_RUN_THROUGH"))
                             .split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    words << tool("drask-installer") << arguments;
+    words << options.through << tool("drask-installer") << arguments;
     process.start(words.takeFirst(), words);
 
     RunResult result;

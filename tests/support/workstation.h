@@ -24,6 +24,7 @@ struct RunOptions {
     bool asOrdinaryUser = false; ///< drops the rights of root first
     int timeoutMs = 60000;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    QStringList through; ///< words of a command to run it through, such as a tracer
 };
 
 /// An artist's machine in a sandbox: the tool's folder "tool" with the built program in it, its

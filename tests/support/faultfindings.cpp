@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "faultstation.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace test {
+
+namespace {
+
+/// A lock stays when a run is ended, and when it cannot be removed; the next run removes it.
+bool isLock(const QString &name)
+{
+    return name.startsWith("tool/") && name.endsWith(".lock");
+}
+
+QByteArrayList sortedLines(const QByteArray &text)
+{
+    QByteArrayList lines = text.split('\n');
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
+} // namespace
+
+QString harmNames(Harms harms)
+{
+    const QPair<Harm, QString> names[] = {
+        {Harm::BackupMissing, "the copy of the user's script is missing"},
+        {Harm::AddedAgain, "the addition was made again"},
+        {Harm::OnlyPathUpdated, "only the path was updated"},
+        {Harm::HalfAdded, "the addition is not complete"},
+        {Harm::HalfRewritten, "the file was emptied and not written to its end"},
+        {Harm::AddedTwice, "two additions are mixed"},
+        {Harm::TailLeftBehind, "the end of an addition is left behind"},
+    };
+    QStringList found;
+    for (const auto &name : names) {
+        if (harms.testFlag(name.first)) {
+            found << name.second;
+        }
+    }
+    return found.join("; ");
+}
+
+bool FaultStation::mayBeTouched(const QString &name) const
+{
+    const bool isNote = std::any_of(targets.cbegin(), targets.cend(), [&](const QString &target) {
+        return name == target + "/uninstall.ini" || name == target + "/manager.cfg";
+    });
+    return isNote || shipped.contains(name) || name == script || name == environmentFile
+        || name == legacyFile;
+}
+
+QStringList FaultStation::complaintsAboutTheUsersFiles(const Tree &now) const
+{
+    QStringList complaints;
+    for (auto entry = first.cbegin(); entry != first.cend(); ++entry) {
+        if (mayBeTouched(entry.key())) {
+            continue;
+        }
+        if (!now.contains(entry.key())) {
+            complaints << "lost: " + entry.key();
+        } else if (now[entry.key()] != entry.value()) {
+            complaints << "changed: " + entry.key();
+        }
+    }
+    return complaints;
+}
+
+QStringList FaultStation::complaintsAboutThePlugin(const Tree &now) const
+{
+    QStringList complaints;
+    for (auto entry = now.cbegin(); entry != now.cend(); ++entry) {
+        const QString &name = entry.key();
+        if (!first.contains(name) && !installed.contains(name) && !shipped.contains(name)
+            && !isLock(name)) {
+            complaints << "left behind: " + name;
+        }
+        // A file that could not be put in place a second time comes back empty.
+        if (shipped.contains(name) && entry.value() != shipped[name]
+            && entry.value() != first.value(name) && !entry.value().isEmpty()) {
+            complaints << "half a file: " + name;
+        }
+    }
+    if (now.contains(backup) && now[backup] != first.value(backup, first[script])) {
+        complaints << "not the user's script as it was: " + backup;
+    }
+    return complaints;
+}
+
+bool FaultStation::namesNothing(const QByteArray &line) const
+{
+    return !QFileInfo::exists(QDir(tool()).absoluteFilePath(QString::fromUtf8(line)));
+}
+
+QStringList FaultStation::complaintsAboutManifests(const Tree &now, Fault fault) const
+{
+    // What a manifest names will be deleted one day. Two runs that write the same manifest leave
+    // pieces of lines in it.
+    const bool mayHavePieces = fault == Fault::OtherRun;
+    QStringList complaints;
+    for (const QString &target : targets) {
+        const QString name = target + "/uninstall.ini";
+        const QByteArray known = '\n' + first.value(name) + installed[name];
+        QByteArrayList lines = now.value(name).split('\n');
+        const QByteArray unfinished = lines.takeLast();
+        const bool isKnown = std::all_of(lines.cbegin(), lines.cend(), [&](const QByteArray &line) {
+            return known.contains('\n' + line + '\n') || (mayHavePieces && namesNothing(line));
+        });
+        if (!isKnown || !known.contains('\n' + unfinished)) {
+            complaints << "names what is not the plug-in's: " + name + '\n'
+                    + QString::fromUtf8(now.value(name));
+        }
+    }
+    return complaints;
+}
+
+void FaultStation::judge(const QString &name, const StartUpFile &file, const Tree &now, Fault fault,
+                         Findings &findings) const
+{
+    const QByteArray before = first[name];
+    const QByteArray done = installed[name];
+    const QByteArray is = now.value(name);
+    const QByteArray added = before + file.addition();
+    const bool keepsAll = is.startsWith(before);
+    if (!now.contains(name)) {
+        findings.complaints << "lost: " + name;
+    } else if (is == before || is == done || (fault == Fault::OtherRun && is == settled[name])) {
+        return;
+    } else if (is == added) {
+        findings.harms |= Harm::AddedAgain;
+    } else if (is == file.withNewLine(before)) {
+        findings.harms |= Harm::OnlyPathUpdated;
+    } else if (keepsAll && added.startsWith(is)) {
+        findings.harms |= Harm::HalfAdded;
+    } else if (keepsAll
+               && sortedLines(is) == sortedLines(before + file.addition() + file.addition())) {
+        findings.harms |= Harm::AddedTwice;
+    } else if (is.startsWith(done) && file.addition().endsWith(is.mid(done.size()))) {
+        findings.harms |= Harm::TailLeftBehind;
+    } else if (done.startsWith(is)) {
+        findings.harms |= Harm::HalfRewritten;
+    } else {
+        findings.complaints << "changed: " + name + "\n" + QString::fromUtf8(is);
+    }
+}
+
+QStringList FaultStation::complaintsAboutTheRun(const RunResult &result, Fault fault) const
+{
+    QStringList complaints;
+    if (!result.ended) {
+        complaints << "the run did not end by itself";
+    }
+    if (!result.console.isEmpty()) {
+        complaints << "on the console: " + QString::fromUtf8(result.console);
+    }
+    if (fault == Fault::Kill) {
+        return complaints;
+    }
+    const bool isKnownCode = result.exitCode == 0 || result.exitCode == 2 || result.exitCode == 3;
+    if (result.crashed || !isKnownCode) {
+        complaints << QStringLiteral("it ended with %1").arg(result.exitCode);
+    }
+    // A single error that shows in the exit code cannot also have kept the message from the user.
+    if (fault == Fault::Error && (result.exitCode != 0) != !errors().isEmpty()) {
+        complaints << QStringLiteral("exit code %1 with the message \"%2\"")
+                          .arg(result.exitCode)
+                          .arg(QString::fromUtf8(errors()));
+    }
+    return complaints;
+}
+
+bool FaultStation::isInstalled() const
+{
+    return look() == installed;
+}
+
+Findings FaultStation::findings(const RunResult &result, Fault fault) const
+{
+    const Tree now = look();
+    Findings findings;
+    judge(script, mayaFile, now, fault, findings);
+    if (first.contains(environmentFile)) {
+        judge(environmentFile, houdiniFile, now, fault, findings);
+    }
+    if (now.value(script) != first[script] && !now.contains(backup)) {
+        findings.harms |= Harm::BackupMissing;
+    }
+    findings.complaints << complaintsAboutTheRun(result, fault) << complaintsAboutTheUsersFiles(now)
+                        << complaintsAboutThePlugin(now) << complaintsAboutManifests(now, fault);
+    return findings;
+}
+
+} // namespace test
