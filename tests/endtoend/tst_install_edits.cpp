@@ -194,8 +194,9 @@ void tst_InstallEdits::cinema4dLosesWhatEarlierPluginsLeft()
     VERIFY_RUN(first, 0);
     const test::Tree installed = studio.treeWithoutLogs();
     for (const char *key : {"c4d", "c4d14", "c4d21"}) {
-        studio.write(studio.host(key).folder + "/plugins/Grex.cfl64", "of an earlier plug-in");
-        studio.write(studio.host(key).targets().first() + "/grex21.xdl64", "of R21");
+        studio.write(test::Studio::host(key).folder + "/plugins/Grex.cfl64",
+                     "of an earlier plug-in");
+        studio.write(test::Studio::host(key).targets().first() + "/grex21.xdl64", "of R21");
     }
 
     const test::RunResult second = studio.run();
@@ -203,8 +204,8 @@ void tst_InstallEdits::cinema4dLosesWhatEarlierPluginsLeft()
     VERIFY_RUN(second, 0);
     test::Tree expected = installed;
     for (const char *key : {"c4d14", "c4d21"}) {
-        expected[studio.host(key).folder + "/plugins/Grex.cfl64"] = "of an earlier plug-in";
-        expected[studio.host(key).targets().first() + "/grex21.xdl64"] = "of R21";
+        expected[test::Studio::host(key).folder + "/plugins/Grex.cfl64"] = "of an earlier plug-in";
+        expected[test::Studio::host(key).targets().first() + "/grex21.xdl64"] = "of R21";
     }
     QCOMPARE(test::treeDifference(studio.treeWithoutLogs(), expected), QString());
 }

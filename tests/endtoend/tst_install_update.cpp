@@ -59,7 +59,7 @@ void tst_InstallUpdate::otherVersionReplacesOnePluginAlone()
     studio.ageHosts();
     studio.ship("modo", version, {{"drask.py", "changed"}, {"lib/new.py", "new"}});
     test::Tree expected = studio.treeWithoutLogs();
-    const QString target = studio.host("modo").targets().first();
+    const QString target = test::Studio::host("modo").targets().first();
     expected[target + "/drask.py"] = "changed";
     expected[target + "/lib/"] = "";
     expected[target + "/lib/new.py"] = "new";
@@ -92,7 +92,7 @@ void tst_InstallUpdate::fileThatAVersionDropsStaysUnlisted()
 
     VERIFY_RUN(update, 0);
     QVERIFY(QFile::exists(studio.target("modo", "drask.py")));
-    const QByteArray manifest = studio.read(studio.host("modo").targets().first()
+    const QByteArray manifest = studio.read(test::Studio::host("modo").targets().first()
                                             + "/uninstall.ini");
     QCOMPARE(manifest, studio.manifestOf("modo", studio.target("modo")));
     QVERIFY(!manifest.contains("drask.py"));
@@ -185,7 +185,7 @@ void tst_InstallUpdate::reinstallRepairsWhatWasBroken()
     const test::RunResult first = studio.run();
     VERIFY_RUN(first, 0);
     const test::Tree installed = studio.treeWithoutLogs();
-    const QString target = studio.host("modo").targets().first();
+    const QString target = test::Studio::host("modo").targets().first();
     studio.write(target + "/drask.py", "broken by a crash");
     studio.remove(target + "/icons");
     studio.remove(target + "/uninstall.ini");

@@ -28,7 +28,7 @@ namespace {
 
 QString operandFor(const test::Studio &studio, const QString &key)
 {
-    return '(' + key + ") " + studio.path(studio.host(key).folder);
+    return '(' + key + ") " + studio.path(test::Studio::host(key).folder);
 }
 
 /// What is left of \a tree when the plug-in of \a host is removed: folders, what the manifest does
@@ -102,7 +102,7 @@ void tst_Uninstall::secondRemovalFindsNothing()
     VERIFY_RUN(second, 0);
     QCOMPARE(test::treeDifference(studio.treeWithoutLogs(), removed), QString());
     QCOMPARE(studio.log(),
-             test::linesOfLookUp("modo", studio.path(studio.host("modo").folder))
+             test::linesOfLookUp("modo", studio.path(test::Studio::host("modo").folder))
                  + test::linesWithoutManifest(studio.target("modo")));
 }
 
@@ -111,7 +111,7 @@ void tst_Uninstall::mayaShelfGoesWithThePlugin()
     const test::Studio studio;
     const test::RunResult installation = studio.run();
     VERIFY_RUN(installation, 0);
-    const QString shelves = studio.host("maya").folder + "/prefs/shelves/";
+    const QString shelves = test::Studio::host("maya").folder + "/prefs/shelves/";
     studio.write(shelves + "shelf_DraskGrex.mel", "made by the plug-in");
     studio.write(shelves + "shelf_Own.mel", "mine");
 
@@ -126,7 +126,7 @@ void tst_Uninstall::artistsFilesInThePluginFolderStay()
     const test::Studio studio;
     const test::RunResult installation = studio.run();
     VERIFY_RUN(installation, 0);
-    const QString folder = studio.host("modo").targets().first();
+    const QString folder = test::Studio::host("modo").targets().first();
     studio.write(folder + "/icons/own.png", "mine");
     studio.write(folder + "/drask.pyc", "compiled");
 
@@ -164,7 +164,7 @@ void tst_Uninstall::unknownKeyRemovesFromTheFolderItself()
     const test::RunResult installation = studio.run();
     VERIFY_RUN(installation, 0);
     const test::Tree installed = studio.treeWithoutLogs();
-    const test::StudioHost host = studio.host("modo");
+    const test::StudioHost host = test::Studio::host("modo");
 
     const test::RunResult removal = studio.run(
         {"uninstallPlugin", "(unknown) " + studio.target("modo")});
@@ -186,7 +186,7 @@ void tst_Uninstall::hostIsFoundWithoutSettings()
     const test::RunResult removal = studio.run({"uninstallPlugin", operand});
 
     VERIFY_RUN(removal, 0);
-    const QStringList folders = studio.host("3dsmax").targets();
+    const QStringList folders = test::Studio::host("3dsmax").targets();
     for (const QString &folder : folders) {
         QCOMPARE(test::readTree(studio.path(folder)).keys(),
                  QStringList({"drask_uninstall.sh", "icons/"}));
@@ -198,7 +198,7 @@ void tst_Uninstall::fileThatCannotBeDeletedIsReportedByTheCode()
     const test::Studio studio;
     const test::RunResult installation = studio.run();
     VERIFY_RUN(installation, 0);
-    const QString folder = studio.host("modo").targets().first();
+    const QString folder = test::Studio::host("modo").targets().first();
     studio.remove(folder + "/drask.py");
     studio.write(folder + "/drask.py/own.txt", "mine");
 

@@ -6,6 +6,8 @@
 #ifdef Q_OS_LINUX
 #include <sys/inotify.h>
 #include <unistd.h>
+
+#include <cstring>
 #endif
 
 /// What a copy writes down, in which order, and what it does to a file on the way.
@@ -338,18 +340,20 @@ Moves movesDuringCopy(test::CopySandbox &sandbox, const QByteArray &name)
     inotify_add_watch(watcher, QFile::encodeName(sandbox.path("host/drask")).constData(),
                       IN_CREATE | IN_MOVED_TO | IN_DELETE | IN_MOVED_FROM);
     sandbox.copy();
-    alignas(inotify_event) char buffer[65536];
-    const ssize_t size = read(watcher, buffer, sizeof buffer);
+    QByteArray events(65536, '\0');
+    events.truncate(static_cast<int>(read(watcher, events.data(), 65536)));
     close(watcher);
 
     Moves moves;
-    for (ssize_t at = 0; at < size;) {
-        const auto *event = reinterpret_cast<const inotify_event *>(buffer + at);
-        if (event->len > 0 && name == event->name) {
-            const bool isComing = (event->mask & (IN_CREATE | IN_MOVED_TO)) != 0;
+    while (!events.isEmpty()) {
+        inotify_event event = {};
+        constexpr int headSize = sizeof event;
+        std::memcpy(&event, events.constData(), headSize);
+        if (name == events.mid(headSize, static_cast<int>(event.len)).constData()) {
+            const bool isComing = (event.mask & (IN_CREATE | IN_MOVED_TO)) != 0;
             ++(isComing ? moves.came : moves.went);
         }
-        at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+        events.remove(0, headSize + static_cast<int>(event.len));
     }
     return moves;
 }

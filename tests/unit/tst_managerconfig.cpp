@@ -21,7 +21,7 @@ const char upToDate[] = "Debug: not necessary to write cfg";
 /// An installer whose file says \a wanted.
 PluginInstaller makeInstaller(bool copyTexFiles = true)
 {
-    return PluginInstaller("/opt/drask", "ann", "/home/ann/projects", false, copyTexFiles);
+    return {"/opt/drask", "ann", "/home/ann/projects", false, copyTexFiles};
 }
 
 /// Writes the sandbox's manager.cfg and returns what was logged besides.
@@ -197,7 +197,7 @@ void tst_ManagerConfig::differentFileIsWrittenAnew_data()
     for (int index = 0; index < lines.size(); ++index) {
         QList<QByteArray> others = lines;
         others[index] += 'x';
-        QTest::addRow("line %d is another", index + 1) << others.join('\n');
+        QTest::newRow("line " + QByteArray::number(index + 1) + " is another") << others.join('\n');
     }
     QTest::newRow("a capital letter") << wanted().replace("ann\n", "Ann\n");
     QTest::newRow("a blank behind a line") << wanted().replace("ann\n", "ann \n");

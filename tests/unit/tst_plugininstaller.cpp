@@ -52,7 +52,7 @@ void writeScript(const QString &path, const QByteArray &body)
 
 PluginInstaller makeInstaller()
 {
-    return PluginInstaller("/opt/drask", "ann", "/projects", false, true);
+    return {"/opt/drask", "ann", "/projects", false, true};
 }
 
 /// The bytes that \a installer holds, as line 5 of a manager.cfg shows them.
