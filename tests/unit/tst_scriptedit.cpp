@@ -44,6 +44,7 @@ private slots:
     void oldLineCountsOnlyWithTheMarker_data();
     void oldLineCountsOnlyWithTheMarker();
     void everyLineIsChangedAndEndsWithALineFeed();
+    void everyLineIsOnTheDiskBeforeTheNextIsChanged();
     void lineEndsOfTheSourceFallAway_data();
     void lineEndsOfTheSourceFallAway();
     void textOutsideAsciiIsWrittenAsUtf8WithoutMark();
@@ -101,6 +102,23 @@ void tst_ScriptEdit::everyLineIsChangedAndEndsWithALineFeed()
 
     QCOMPARE(result, 0);
     QCOMPARE(sandbox.read("script"), QByteArray("<one>\n<two>\n<>\n<three>\n"));
+}
+
+void tst_ScriptEdit::everyLineIsOnTheDiskBeforeTheNextIsChanged()
+{
+    const test::Sandbox sandbox;
+    QString text = "one\ntwo\nthree";
+    QTextStream source(&text);
+    QByteArrayList contents;
+
+    const int result = writeLines(source, sandbox.path("script"), rewriting,
+                                  [&sandbox, &contents](const QString &line) {
+                                      contents << sandbox.read("script");
+                                      return line;
+                                  });
+
+    QCOMPARE(result, 0);
+    QCOMPARE(contents, QByteArrayList({"", "one\n", "one\ntwo\n"}));
 }
 
 void tst_ScriptEdit::lineEndsOfTheSourceFallAway_data()
