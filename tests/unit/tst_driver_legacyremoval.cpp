@@ -6,6 +6,8 @@
 #include <QLoggingCategory>
 #include <QtTest>
 
+#include <utility>
+
 namespace {
 
 int resultOfRemoval = 0;
@@ -14,10 +16,9 @@ QString removedList;
 } // namespace
 
 // The real removal cannot fail, so what the driver makes of a failure shows only with another one.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
-int Ov3Uninstaller::deleteOldPlugins(QString listFile) // clazy:exclude=function-args-by-ref
+int Ov3Uninstaller::deleteOldPlugins(QString listFile)
 {
-    removedList = listFile;
+    removedList = std::move(listFile);
     return resultOfRemoval;
 }
 
