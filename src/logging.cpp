@@ -70,7 +70,12 @@ void myMessageOutput(QtMsgType type, const QMessageLogContext & /*context*/, con
 
 void keepEveryMessage()
 {
-    rulesOfTheMachine = QLoggingCategory::installFilter(keepDefaultCategory);
+    const QLoggingCategory::CategoryFilter before = QLoggingCategory::installFilter(
+        keepDefaultCategory);
+    // Asked for a second time, the filter is its own predecessor.
+    if (before != keepDefaultCategory) {
+        rulesOfTheMachine = before;
+    }
 }
 
 void writeErrorFile(const QString &message)

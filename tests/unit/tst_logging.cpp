@@ -6,6 +6,7 @@
 #include "relocated.h"
 
 #include <QDebug>
+#include <QLoggingCategory>
 #include <QProcess>
 #include <QtTest>
 
@@ -34,6 +35,7 @@ private slots:
     void errorsAreWrittenAsTheyStand_data();
     void errorsAreWrittenAsTheyStand();
     void errorsOfEarlierRunsStay();
+    void everyMessageIsKeptWhateverTheRules();
     void unopenableFilesLoseTheirLinesSilently();
     void devicesAndPipesLoseTheirLinesSilently_data();
     void devicesAndPipesLoseTheirLinesSilently();
@@ -238,6 +240,25 @@ void tst_Logging::errorsOfEarlierRunsStay()
 
     QCOMPARE(folder.read("pluginError.txt"),
              QByteArray("of an earlier run\nCould not copy file to: \n/höst\nsecond\n"));
+}
+
+void tst_Logging::everyMessageIsKeptWhateverTheRules()
+{
+    const test::LogCapture log;
+    QLoggingCategory::setFilterRules("default=false");
+    qDebug("dropped");
+    QCOMPARE(log.lines(), QStringList());
+
+    // The second call finds the filter of the first in place.
+    keepEveryMessage();
+    keepEveryMessage();
+    QLoggingCategory::setFilterRules("default=false");
+    qDebug("kept");
+    qWarning("kept too");
+
+    QLoggingCategory::installFilter(nullptr);
+    QLoggingCategory::setFilterRules(QString());
+    QCOMPARE(log.lines(), QStringList({"Debug: kept", "Warning: kept too"}));
 }
 
 void tst_Logging::unopenableFilesLoseTheirLinesSilently()
