@@ -46,7 +46,16 @@ memory=/tmp
 [ -w /dev/shm ] && memory=/dev/shm
 scratch=$(mktemp -d "${TMPDIR:-$memory}/drask-fuzz-XXXXXX") || exit 1
 export scratch
-trap 'rm -rf "$scratch"' EXIT
+campaign=""
+clean_up() {
+    if [ -n "$campaign" ]; then
+        kill -- "-$campaign"
+        wait "$campaign"
+    fi 2>/dev/null
+    rm -rf "$scratch"
+}
+trap clean_up EXIT
+trap 'exit 1' INT TERM
 # Short memories make fuzzing a third faster; the finding, run again, tells all.
 export ASAN_OPTIONS=${ASAN_OPTIONS:-malloc_context_size=1:quarantine_size_mb=16}
 
@@ -94,7 +103,13 @@ run_target() {
 }
 export -f run_target statistic keep_findings
 
+# A process group of its own, so that whoever ends this script ends the fuzzers with it.
+set -m
 # shellcheck disable=SC2016 # the inner bash expands it
-printf '%s\n' "${targets[@]}" \
-    | xargs -P "$(getconf _NPROCESSORS_ONLN)" -n 1 bash -c 'run_target "$1"' run_target \
-    || fail "Fuzzing found something."
+xargs -P "$(getconf _NPROCESSORS_ONLN)" -n 1 bash -c 'run_target "$1"' run_target \
+    <<<"$(printf '%s\n' "${targets[@]}")" &
+campaign=$!
+wait "$campaign"
+result=$?
+campaign=""
+[ $result -eq 0 ] || fail "Fuzzing found something."
