@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "inmemory.h"
 #include "plantedplugin.h"
 
 #include <QtTest>
@@ -27,6 +28,9 @@ private slots:
     void lineFeedInAFileNameListsAFileOfTheWorkingFolder();
     void lineFeedInAFolderNameListsAFileAnywhere();
     void filesNamedLikeTheProgramsOwnAreFilesLikeOthers();
+
+private:
+    const test::InMemory memory;
 };
 
 namespace {
@@ -38,33 +42,6 @@ QString deepFolder()
 {
     return QString(200, 'd').append('/').repeated(18);
 }
-
-/// While it lives, sandboxes are made in memory where that is possible. Every copied file is
-/// flushed to its disk twice, and a disk takes minutes for ten thousand.
-class InMemory {
-public:
-    InMemory()
-        : before(qgetenv("TMPDIR"))
-    {
-        if (QFileInfo(memory).isWritable()) {
-            qputenv("TMPDIR", memory);
-        }
-    }
-    ~InMemory()
-    {
-        if (before.isNull()) {
-            qunsetenv("TMPDIR");
-        } else {
-            qputenv("TMPDIR", before);
-        }
-    }
-    InMemory(const InMemory &) = delete;
-    InMemory &operator=(const InMemory &) = delete;
-
-private:
-    const char *memory = "/dev/shm";
-    QByteArray before;
-};
 
 /// A file, or (with a "/" at its end) a folder, whose name may hold bytes that Qt takes for none.
 class RawEntry {
@@ -112,7 +89,6 @@ void tst_HostileTrees::deepTree()
 
 void tst_HostileTrees::manyFilesInOneFolder()
 {
-    const InMemory memory;
     const test::PlantedPlugin plant;
     test::Tree files{{"version.txt", "7"}};
     for (int number = 0; number < 10000; ++number) {
