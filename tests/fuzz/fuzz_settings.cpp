@@ -6,7 +6,6 @@
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <QLoggingCategory>
 #include <QSettings>
 
 namespace {
@@ -147,8 +146,6 @@ void promiseDriverReads(const fuzz::Sandbox &sandbox, const Settings &settings)
     expected.remove("pluginError.txt");
 
     fuzz::promise(runDriver(2, words) == 0, "uninstalling by settings never fails");
-    // The driver is made to run once in a process, and its filter asks the one before.
-    QLoggingCategory::installFilter(nullptr);
     fuzz::promise(username == settings.user, "the user is read, and forgotten when logged out");
     fuzz::promise(localProjectsFolder == settings.projects, "the projects folder is read");
     fuzz::promise(withoutWarnings(sandbox.read("tool/plugin.log")) == prescribedLog(settings),
