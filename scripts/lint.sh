@@ -11,8 +11,8 @@ build=build/tidy
 # level2 has checks that are a matter of taste for a program of this size:
 # - qstring-allocations asks for QStringLiteral in tests, where plain literals read better.
 clazy_checks=level2
-# In tests, temporaries are small and globals go when the program does:
-clazy_test_checks=level1,no-qstring-arg,no-detaching-temporary,no-non-pod-global-static
+# In tests, containers are small, patterns are used once, and globals go when the program does:
+clazy_test_checks=level1,no-qstring-arg,no-detaching-temporary,no-non-pod-global-static,no-range-loop-detach,no-use-static-qregularexpression,no-container-anti-pattern
 failed=0
 
 report() {
