@@ -15,16 +15,18 @@ QString readText(const QString &path)
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         return {};
     }
-    return Utf8Stream(&file).readAll();
+    const QString text = Utf8Stream(&file).readAll();
+    return file.error() == QFileDevice::NoError ? text : QString();
 }
 
-void visitLines(const QString &path, const std::function<bool(const QString &)> &visit)
+bool visitLines(const QString &path, const std::function<bool(const QString &)> &visit)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        return;
+        return false;
     }
     Utf8Stream stream(&file);
     QString line;
     while (stream.readLineInto(&line) && visit(line)) { }
+    return file.error() == QFileDevice::NoError;
 }

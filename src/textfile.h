@@ -18,10 +18,11 @@ public:
 };
 
 /// Opens the file \a path read-only in text mode (which drops every carriage return) and returns
-/// its whole text; an empty text for a file that is missing or cannot be opened. Logs nothing.
+/// its whole text; an empty text for a file that is missing, cannot be opened or cannot be read to
+/// its end. Logs nothing.
 QString readText(const QString &path);
 
 /// Reads the file \a path, in text mode, line by line and hands each line (without its line end) to
 /// \a visit, until that returns false or the file ends. A file that is missing or cannot be opened
-/// has no lines. Logs nothing.
-void visitLines(const QString &path, const std::function<bool(const QString &)> &visit);
+/// has no lines. Returns whether all that was asked for could be read. Logs nothing.
+bool visitLines(const QString &path, const std::function<bool(const QString &)> &visit);

@@ -11,7 +11,7 @@ namespace {
 ScriptScan scanEnvironment(const QString &envFile)
 {
     ScriptScan scan;
-    visitLines(envFile, [&scan](const QString &line) {
+    const bool wasRead = visitLines(envFile, [&scan](const QString &line) {
         scan.content += line + "\r\n"_l1;
         if (line.contains(installedMarker)) {
             scan.markerSeen = true;
@@ -21,7 +21,8 @@ ScriptScan scanEnvironment(const QString &envFile)
         }
         return true;
     });
-    return scan;
+    // Half a file must not be written back in the place of the whole.
+    return wasRead ? scan : ScriptScan();
 }
 
 } // namespace

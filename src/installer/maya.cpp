@@ -31,7 +31,7 @@ QString withPath(QString text, const QString &path)
 ScriptScan scanUserSetup(const QString &target)
 {
     ScriptScan scan;
-    visitLines(target, [&scan](const QString &line) {
+    const bool wasRead = visitLines(target, [&scan](const QString &line) {
         scan.content += line + "\r\n"_l1;
         scan.markerSeen = scan.markerSeen || line.contains(installedMarker);
         if (scan.markerSeen && line.startsWith(pathLinePrefix)) {
@@ -39,7 +39,8 @@ ScriptScan scanUserSetup(const QString &target)
         }
         return true;
     });
-    return scan;
+    // Half a script must not be written back in the place of the whole.
+    return wasRead ? scan : ScriptScan();
 }
 
 /// Puts \a block in the place of the block that an earlier run added to \a targetText, which
