@@ -16,6 +16,11 @@ namespace {
 constexpr int versionFileNotWritten = 3;
 constexpr int cpuTypeTimeoutMs = 30000;
 
+/// Where the system has no room for one more process, QProcess itself takes the failure for a child
+/// with the number -1, and later ends it, which ends every process of the user. For subclasses it
+/// forks in a way that tells.
+class CpuTypeProcess : public QProcess { };
+
 } // namespace
 
 PluginInstaller::PluginInstaller(QString appDir, QString user, QString projects, bool configOnly,
@@ -31,7 +36,7 @@ PluginInstaller::PluginInstaller(QString appDir, QString user, QString projects,
 
 void PluginInstaller::readCPUinfo()
 {
-    QProcess process;
+    CpuTypeProcess process;
     process.start(QCoreApplication::applicationDirPath() + "/cputype"_l1, QStringList(),
                   QIODevice::ReadWrite);
     // A program that hangs is killed when the process object goes away.
