@@ -15,6 +15,7 @@ private slots:
     void emptyHostListWritesOnlyTheVersionFile();
     void programsVersionFileIsReplaced();
     void unwritableVersionFileIsNoFailure();
+    void versionFileIsWrittenBehindTheLastHost();
     void projectsFolderIsLoggedAsStored_data();
     void projectsFolderIsLoggedAsStored();
     void stepsRunInOrder();
@@ -81,6 +82,23 @@ void tst_InstallPass::unwritableVersionFileIsNoFailure()
                  + QStringList(
                      {"Debug: error writing version file:  " + quoted(folder.path()), "Debug: 0"}));
     QCOMPARE(test::treeDifference(folder.tree(), {{"version.txt/", ""}}), QString());
+}
+
+void tst_InstallPass::versionFileIsWrittenBehindTheLastHost()
+{
+    const test::ProgramFolder folder;
+    folder.makeFolder("version.txt");
+    PluginPathStruct host;
+    host.applicationName = "maya";
+    const test::LogCapture log;
+
+    QCOMPARE(runPass({host}), 0);
+
+    QCOMPARE(log.lines(),
+             linesBefore()
+                 + QStringList({"Debug: nothing to copy for  \"maya\"",
+                                "Debug: error writing version file:  " + quoted(folder.path()),
+                                "Debug: 0"}));
 }
 
 void tst_InstallPass::projectsFolderIsLoggedAsStored_data()
