@@ -148,43 +148,29 @@ void tst_HostilePaths::formsOfAHostsFolder_data()
     QTest::addColumn<QString>("written");
     QTest::addColumn<QString>("host");
 
+    const auto row = [](const char *name, const QString &written, const QString &host) {
+        QTest::newRow(name) << written << host;
+    };
+
     // Relative ones belong to the working folder, and none means anything special.
-    QTest::newRow("a slash behind it") << "@/host/"
-                                       << "host";
-    QTest::newRow("slashes behind it") << "@/host///"
-                                       << "host";
-    QTest::newRow("slashes before it") << "//@//host"
-                                       << "host";
-    QTest::newRow("a dot behind it") << "@/host/."
-                                     << "host";
-    QTest::newRow("dots in it") << "@/outside/../host/./x/.."
-                                << "host";
-    QTest::newRow("dots at its start") << "../host"
-                                       << "host";
-    QTest::newRow("a dot at its start") << "./host"
-                                        << "work/host";
-    QTest::newRow("a home folder") << "~/host"
-                                   << "work/~/host";
-    QTest::newRow("somebody's home folder") << "~root/host"
-                                            << "work/~root/host";
-    QTest::newRow("a variable") << "$HOME/host"
-                                << "work/$HOME/host";
-    QTest::newRow("an option") << "./-rf"
-                               << "work/-rf";
-    QTest::newRow("an address of a resource") << "qrc:/host"
-                                              << "work/qrc:/host";
-    QTest::newRow("an address of a file") << "file:///host"
-                                          << "work/file:/host";
-    QTest::newRow("a search path of Qt") << "assets:/host"
-                                         << "work/assets:/host";
-    QTest::newRow("a drive") << "C:/host"
-                             << "work/C:/host";
-    QTest::newRow("a share") << "\\\\\\\\server/host"
-                             << "work/\\\\server/host";
-    QTest::newRow("a pattern") << "@/ho*t"
-                               << "ho*t";
-    QTest::newRow("place-holders") << "@/%1/%2"
-                                   << "%1/%2";
+    row("a slash behind it", "@/host/", "host");
+    row("slashes behind it", "@/host///", "host");
+    row("slashes before it", "//@//host", "host");
+    row("a dot behind it", "@/host/.", "host");
+    row("dots in it", "@/outside/../host/./x/..", "host");
+    row("dots at its start", "../host", "host");
+    row("a dot at its start", "./host", "work/host");
+    row("a home folder", "~/host", "work/~/host");
+    row("somebody's home folder", "~root/host", "work/~root/host");
+    row("a variable", "$HOME/host", "work/$HOME/host");
+    row("an option", "./-rf", "work/-rf");
+    row("an address of a resource", "qrc:/host", "work/qrc:/host");
+    row("an address of a file", "file:///host", "work/file:/host");
+    row("a search path of Qt", "assets:/host", "work/assets:/host");
+    row("a drive", "C:/host", "work/C:/host");
+    row("a share", "\\\\\\\\server/host", "work/\\\\server/host");
+    row("a pattern", "@/ho*t", "ho*t");
+    row("place-holders", "@/%1/%2", "%1/%2");
 }
 
 void tst_HostilePaths::formsOfAHostsFolder()

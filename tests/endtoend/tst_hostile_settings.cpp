@@ -69,6 +69,37 @@ public:
     }
 };
 
+void addUserName(const char *name, const QByteArray &written, const QByteArray &user,
+                 bool writtenByEachRun = false)
+{
+    QTest::newRow(name) << written << user << writtenByEachRun;
+}
+
+void addUserNamesWithOddLetters()
+{
+    // What is read back line by line is not what was written, so it differs in every run.
+    addUserName("a line feed", "a\\nb", "a\nb", true);
+    addUserName("line feeds alone", "\\n\\n\\n\\n\\n\\n\\n", "\n\n\n\n\n\n\n", true);
+    addUserName("a configuration of its own", "eve\\n/p\\n/drop\\n2.3.10\\n\\n1\\n0",
+                "eve\n/p\n/drop\n2.3.10\n\n1\n0", true);
+    addUserName("a carriage return", "a\\rb", "a\rb", true);
+    addUserName("half of a letter", "\\xd83d", "?", true);
+    addUserName("a byte-order mark, escaped", "\\xfeff Ann", "\xef\xbb\xbf Ann", true);
+    addUserName("a byte-order mark in the file",
+                "\xef\xbb\xbf"
+                "Ann",
+                "Ann");
+    addUserName("a zero character", "a\\x0", QByteArray("a\0", 2));
+    addUserName("a bell and a form feed", "a\\a\\f", "a\a\f");
+    addUserName("a letter in two halves", "\\xd83d\\xde00", "\xf0\x9f\x98\x80");
+    addUserName("the line separator of Unicode",
+                "a\xe2\x80\xa8"
+                "b",
+                "a\xe2\x80\xa8"
+                "b");
+    addUserName("bytes that are no UTF-8", "a\xff\xe9", "a\xef\xbf\xbd\xef\xbf\xbd");
+}
+
 } // namespace
 
 void tst_HostileSettings::valuesOfTheUserName_data()
@@ -76,49 +107,25 @@ void tst_HostileSettings::valuesOfTheUserName_data()
     QTest::addColumn<QByteArray>("written");
     QTest::addColumn<QByteArray>("user");
     QTest::addColumn<bool>("writtenByEachRun");
-    const auto row = [](const char *name, const QByteArray &written, const QByteArray &user,
-                        bool writtenByEachRun = false) {
-        QTest::newRow(name) << written << user << writtenByEachRun;
-    };
 
-    // What is read back line by line is not what was written, so it differs in every run.
-    row("a line feed", "a\\nb", "a\nb", true);
-    row("line feeds alone", "\\n\\n\\n\\n\\n\\n\\n", "\n\n\n\n\n\n\n", true);
-    row("a configuration of its own", "eve\\n/p\\n/drop\\n2.3.10\\n\\n1\\n0",
-        "eve\n/p\n/drop\n2.3.10\n\n1\n0", true);
-    row("a carriage return", "a\\rb", "a\rb", true);
-    row("half of a letter", "\\xd83d", "?", true);
-    row("a byte-order mark, escaped", "\\xfeff Ann", "\xef\xbb\xbf Ann", true);
-    row("a byte-order mark in the file",
-        "\xef\xbb\xbf"
-        "Ann",
-        "Ann");
-    row("a zero character", "a\\x0", QByteArray("a\0", 2));
-    row("a bell and a form feed", "a\\a\\f", "a\a\f");
-    row("a letter in two halves", "\\xd83d\\xde00", "\xf0\x9f\x98\x80");
-    row("the line separator of Unicode",
-        "a\xe2\x80\xa8"
-        "b",
-        "a\xe2\x80\xa8"
-        "b");
-    row("bytes that are no UTF-8", "a\xff\xe9", "a\xef\xbf\xbd\xef\xbf\xbd");
-    row("place-holders", "%1 %2 %s %n", "%1 %2 %s %n");
-    row("a comma, which makes a list", "Lee, Ann", "");
-    row("a comma in quotes", "\"Lee, Ann\"", "Lee, Ann");
-    row("a semicolon, which makes a remark", "Ann ; Lee", "Ann");
-    row("blanks around it", "   Ann   ", "Ann");
-    row("blanks in quotes", "\"  Ann  \"", "  Ann  ");
-    row("nothing at all", "@Invalid()", "");
-    row("bytes", "@ByteArray(Ann)", "Ann");
-    row("bytes that are no text", "@ByteArray(A\\xff)", "A\xef\xbf\xbd");
-    row("a rectangle", "@Rect(1 2 3 4)", "");
-    row("half a rectangle", "@Rect(1 2)", "@Rect(1 2)");
-    row("a packed number", "@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x5)", "5");
-    row("a packed value that is none", "@Variant(\\x7f\\x7f)", "");
-    row("a packed list of lists",
-        "@Variant(" + QByteArray("\\0\\0\\0\\x9\\0\\0\\0\\x1").repeated(100) + ")", "");
-    row("two at signs", "@@Invalid()", "@Invalid()");
-    row("a megabyte", QByteArray(megabyte, 'x'), QByteArray(megabyte, 'x'));
+    addUserNamesWithOddLetters();
+    addUserName("place-holders", "%1 %2 %s %n", "%1 %2 %s %n");
+    addUserName("a comma, which makes a list", "Lee, Ann", "");
+    addUserName("a comma in quotes", "\"Lee, Ann\"", "Lee, Ann");
+    addUserName("a semicolon, which makes a remark", "Ann ; Lee", "Ann");
+    addUserName("blanks around it", "   Ann   ", "Ann");
+    addUserName("blanks in quotes", "\"  Ann  \"", "  Ann  ");
+    addUserName("nothing at all", "@Invalid()", "");
+    addUserName("bytes", "@ByteArray(Ann)", "Ann");
+    addUserName("bytes that are no text", "@ByteArray(A\\xff)", "A\xef\xbf\xbd");
+    addUserName("a rectangle", "@Rect(1 2 3 4)", "");
+    addUserName("half a rectangle", "@Rect(1 2)", "@Rect(1 2)");
+    addUserName("a packed number", "@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x5)", "5");
+    addUserName("a packed value that is none", "@Variant(\\x7f\\x7f)", "");
+    addUserName("a packed list of lists",
+                "@Variant(" + QByteArray("\\0\\0\\0\\x9\\0\\0\\0\\x1").repeated(100) + ")", "");
+    addUserName("two at signs", "@@Invalid()", "@Invalid()");
+    addUserName("a megabyte", QByteArray(megabyte, 'x'), QByteArray(megabyte, 'x'));
 }
 
 void tst_HostileSettings::valuesOfTheUserName()
