@@ -19,6 +19,12 @@ QString readText(const QString &path)
     return file.error() == QFileDevice::NoError ? text : QString();
 }
 
+bool readWholeLine(QTextStream &stream, QString &line)
+{
+    const auto *const file = qobject_cast<const QFileDevice *>(stream.device());
+    return stream.readLineInto(&line) && (file == nullptr || file->error() == QFileDevice::NoError);
+}
+
 bool visitLines(const QString &path, const std::function<bool(const QString &)> &visit)
 {
     QFile file(path);
@@ -27,6 +33,6 @@ bool visitLines(const QString &path, const std::function<bool(const QString &)> 
     }
     Utf8Stream stream(&file);
     QString line;
-    while (stream.readLineInto(&line) && visit(line)) { }
+    while (readWholeLine(stream, line) && visit(line)) { }
     return file.error() == QFileDevice::NoError;
 }

@@ -23,7 +23,7 @@ int writeLines(QTextStream &source, const QString &path, QIODevice::OpenMode mod
     QFile target(path);
     Utf8Stream stream(&target);
     QString line;
-    while (source.readLineInto(&line)) {
+    while (readWholeLine(source, line)) {
         if (!target.isOpen() && !target.open(mode)) {
             qDebug() << "Could not open target file" << target.errorString();
             return targetNotOpened;

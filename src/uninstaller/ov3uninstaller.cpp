@@ -2,6 +2,7 @@
 #include "uninstaller/ov3uninstaller.h"
 
 #include "literals.h"
+#include "textfile.h"
 #include "uninstaller/legacyfiles.h"
 
 #include <QDir>
@@ -92,7 +93,7 @@ QList<QString> Ov3Uninstaller::findPluginFolders(const QString &listFile)
     }
     QTextStream stream(&file);
     QString line;
-    while (stream.readLineInto(&line)) {
+    while (readWholeLine(stream, line)) {
         if (!line.startsWith("path"_l1)) {
             continue;
         }

@@ -16,7 +16,7 @@ int deleteListedFiles(QFile &manifest)
     int result = 0;
     Utf8Stream stream(&manifest);
     QString line;
-    while (stream.readLineInto(&line)) {
+    while (readWholeLine(stream, line)) {
         if (QFile::exists(line) && !QFile::remove(line)) {
             result = fileNotDeleted;
         }

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "faultcampaign.h"
 
+#include <QDir>
+#include <QFile>
 #include <QThread>
 
 #include <algorithm>
+#include <csignal>
 #include <thread>
 
 #ifdef Q_OS_LINUX
@@ -49,6 +52,18 @@ bool isOfUse(const char *folder)
     Q_UNUSED(folder)
     return false;
 #endif
+}
+
+/// A run that is killed while it starts the companion leaves a process that waits for it for ever.
+void endCompanionOf(const FaultStation &station)
+{
+    const QString program = station.tool("drask-installer");
+    const QStringList processes = QDir("/proc").entryList(QDir::Dirs);
+    for (const QString &process : processes) {
+        if (QFile::symLinkTarget("/proc/" + process + "/exe") == program) {
+            ::kill(process.toInt(), SIGKILL);
+        }
+    }
 }
 
 Fault faultOf(const Disturbance &disturbance)
@@ -112,6 +127,9 @@ Findings FaultCampaign::disturbOnce(const Post &post, const Disturbance &disturb
     hit = disturbance.isSignal() && result.crashed
         ? disturbance.call + " number " + QByteArray::number(number) + ": " + disturbance.effect
         : post.tracer.hit(disturbance);
+    if (result.crashed) {
+        endCompanionOf(post.station);
+    }
     if (hit.isEmpty()) {
         return {};
     }
@@ -141,8 +159,12 @@ void FaultCampaign::note(const Findings &findings, Harms allowed, const QByteArr
 void FaultCampaign::work(const Post &post, const Disturbance &disturbance, Harms allowed)
 {
     while (!isOver) {
+        const int number = ++nextCall;
+        if (!disturbance.isSignal() && number == counts.value(disturbance.call).wakeUp) {
+            continue;
+        }
         QByteArray hit;
-        const Findings findings = disturbOnce(post, disturbance, ++nextCall, hit);
+        const Findings findings = disturbOnce(post, disturbance, number, hit);
         if (hit.isEmpty()) {
             isOver = true;
         } else {
@@ -155,7 +177,8 @@ CampaignReport FaultCampaign::disturbEach(const Disturbance &disturbance, Harms 
 {
     report = {};
     isOver = false;
-    nextCall = counts.value(disturbance.call).startUp;
+    const CallCount &count = counts[disturbance.call];
+    nextCall = disturbance.fromThenOn ? qMax(count.startUp, count.wakeUp) : count.startUp;
     std::vector<std::thread> threads;
     for (const std::unique_ptr<Post> &post : posts) {
         threads.emplace_back([&] { work(*post, disturbance, allowed); });

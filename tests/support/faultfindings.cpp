@@ -35,6 +35,7 @@ QString harmNames(Harms harms)
         {Harm::HalfRewritten, "the file was emptied and not written to its end"},
         {Harm::AddedTwice, "two additions are mixed"},
         {Harm::TailLeftBehind, "the end of an addition is left behind"},
+        {Harm::WrittenOver, "two runs wrote over each other's lines"},
     };
     QStringList found;
     for (const auto &name : names) {
@@ -91,9 +92,10 @@ QStringList FaultStation::complaintsAboutThePlugin(const Tree &now) const
     return complaints;
 }
 
-bool FaultStation::namesNothing(const QByteArray &line) const
+bool FaultStation::namesNoOtherFile(const QByteArray &piece, const QByteArray &known) const
 {
-    return !QFileInfo::exists(QDir(tool()).absoluteFilePath(QString::fromUtf8(line)));
+    const QString path = QDir::cleanPath(QDir(tool()).absoluteFilePath(QString::fromUtf8(piece)));
+    return !QFileInfo(path).isFile() || known.contains('\n' + path.toUtf8() + '\n');
 }
 
 QStringList FaultStation::complaintsAboutManifests(const Tree &now, Fault fault) const
@@ -107,10 +109,14 @@ QStringList FaultStation::complaintsAboutManifests(const Tree &now, Fault fault)
         const QByteArray known = '\n' + first.value(name) + installed[name];
         QByteArrayList lines = now.value(name).split('\n');
         const QByteArray unfinished = lines.takeLast();
-        const bool isKnown = std::all_of(lines.cbegin(), lines.cend(), [&](const QByteArray &line) {
-            return known.contains('\n' + line + '\n') || (mayHavePieces && namesNothing(line));
-        });
-        if (!isKnown || !known.contains('\n' + unfinished)) {
+        const auto isHarmless = [&](const QByteArray &line, const char *end) {
+            return known.contains('\n' + line + end)
+                || (mayHavePieces && namesNoOtherFile(line, known));
+        };
+        const bool areHarmless = std::all_of(
+            lines.cbegin(), lines.cend(),
+            [&](const QByteArray &line) { return isHarmless(line, "\n"); });
+        if (!areHarmless || !isHarmless(unfinished, "")) {
             complaints << "names what is not the plug-in's: " + name + '\n'
                     + QString::fromUtf8(now.value(name));
         }
@@ -143,6 +149,8 @@ void FaultStation::judge(const QString &name, const StartUpFile &file, const Tre
         findings.harms |= Harm::TailLeftBehind;
     } else if (done.startsWith(is)) {
         findings.harms |= Harm::HalfRewritten;
+    } else if (fault == Fault::OtherRun) {
+        findings.harms |= Harm::WrittenOver;
     } else {
         findings.complaints << "changed: " + name + "\n" + QString::fromUtf8(is);
     }

@@ -39,6 +39,9 @@ enum class Harm {
     /// A run added to a file that another one had emptied and went on to write; what the latter did
     /// not write over is left behind its lines.
     TailLeftBehind = 64,
+    /// Two runs wrote the file anew at once, as no step of an installation keeps another one away:
+    /// one read what the other was just writing, or wrote over it. What is left is nobody's promise.
+    WrittenOver = 128,
 };
 Q_DECLARE_FLAGS(Harms, Harm)
 
@@ -103,7 +106,7 @@ private:
     QStringList complaintsAboutTheUsersFiles(const Tree &now) const;
     QStringList complaintsAboutThePlugin(const Tree &now) const;
     QStringList complaintsAboutManifests(const Tree &now, Fault fault) const;
-    bool namesNothing(const QByteArray &line) const;
+    bool namesNoOtherFile(const QByteArray &piece, const QByteArray &known) const;
     void judge(const QString &name, const StartUpFile &file, const Tree &now, Fault fault,
                Findings &findings) const;
 

@@ -126,6 +126,9 @@ QMap<QByteArray, CallCount> Tracer::calls() const
         CallCount &count = counts[line.left(line.indexOf('('))];
         ++count.all;
         count.startUp += isOwn ? 0 : 1;
+        if (line.startsWith("write(") && line.contains(", \"*\\0\\0\\0\\0\\0\\0\\0\", 8)")) {
+            count.wakeUp = count.all;
+        }
     }
     return counts;
 }

@@ -21,6 +21,9 @@ struct Disturbance {
 struct CallCount {
     int startUp = 0; ///< those before the program's own first step, of the system's loader
     int all = 0;
+    /// The number of the one that wakes the companion's process up, which no disk is asked about:
+    /// it always succeeds, and both processes would wait for ever if it did not. 0 for other kinds.
+    int wakeUp = 0;
 };
 
 /// Runs programs through strace and disturbs them.
