@@ -20,13 +20,23 @@ add_rows() {
     }' "$work/$1.csv"
 }
 
-# peak_memory COMMAND… prints the largest resident size in KiB.
+# peak_memory COMMAND… prints the largest resident size in MiB.
 peak_memory() {
+    local report
     if [ "$(uname)" = Darwin ]; then
-        /usr/bin/time -l "$@" 2>&1 >/dev/null | awk '/maximum resident/ {print int($1 / 1024)}'
+        report=$(/usr/bin/time -l "$@" 2>&1 >/dev/null) || fail "$report"
+        awk '/maximum resident/ {printf "%.1f", $1 / 1024 / 1024}' <<<"$report"
     else
-        /usr/bin/time -f %M "$@" 2>&1 >/dev/null | tail -n 1
+        report=$(/usr/bin/time -f %M "$@" 2>&1 >/dev/null) || fail "$report"
+        awk '{printf "%.1f", $1 / 1024}' <<<"$report"
     fi
+}
+
+memory_row() {
+    local memory title=$1
+    shift
+    memory=$(peak_memory "$@") || exit 1
+    printf '| %s | %s |\n' "$title" "$memory"
 }
 
 measure_memory() {
@@ -36,11 +46,10 @@ measure_memory() {
     for count in 100 2000 20000; do
         make_install "$count" 2048
         reset_install
-        printf '| %d files | %.1f |\n' "$count" \
-            "$(peak_memory "$program" reinstall | awk '{print $1 / 1024}')"
+        memory_row "$count files" "$program" reinstall
+        verify_install
     done
-    printf '| (an empty QtCore program) | %.1f |\n' \
-        "$(peak_memory "$build/bench/drask-bench-empty" | awk '{print $1 / 1024}')"
+    memory_row "(an empty QtCore program)" "$build/bench/drask-bench-empty"
 }
 
 describe_machine() {

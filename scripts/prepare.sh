@@ -21,7 +21,7 @@ debian_packages() {
         memory) echo "valgrind" ;;
         coverage) echo "gcovr" ;;
         fuzz) echo "clang libclang-rt-dev" ;;
-        bench) echo "hyperfine gnuplot-nox rsync" ;;
+        bench) echo "hyperfine gnuplot-nox rsync time" ;;
         docs) echo "doxygen graphviz mandoc" ;;
         package) echo "file dpkg-dev" ;;
         *) fail "There is no list of packages for '$1'" ;;

@@ -19,7 +19,7 @@ void appendLine(QLatin1String fileName, const QString &line)
     // Qt would complain on the console about a device or a pipe in the file's place, and about a
     // stream on a closed file.
     const QFileInfo present(file);
-    if (present.exists() && !present.isFile()) {
+    if (!present.isFile() && present.exists()) {
         return;
     }
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append)) {

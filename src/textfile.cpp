@@ -2,11 +2,14 @@
 #include "textfile.h"
 
 #include <QFile>
+#include <QTextCodec>
 
 Utf8Stream::Utf8Stream(QIODevice *device)
     : QTextStream(device)
 {
-    setCodec("UTF-8");
+    // Looked up once: every line of the log makes a stream.
+    static QTextCodec *const utf8 = QTextCodec::codecForName("UTF-8");
+    setCodec(utf8);
 }
 
 QString readText(const QString &path)

@@ -22,9 +22,9 @@ public:
 /// its end. Logs nothing.
 QString readText(const QString &path);
 
-/// Reads the next line of \a stream into \a line, without its line end. Returns false at the end, and
-/// where the file under the stream cannot be read on: half a line is not taken for a line, and what
-/// lies behind the gap is not read at another try. Logs nothing.
+/// Reads the next line of \a stream into \a line, without its line end. Returns false at the end,
+/// and where the file under the stream cannot be read on: half a line is not taken for a line, and
+/// what lies behind the gap is not read at another try. Logs nothing.
 bool readWholeLine(QTextStream &stream, QString &line);
 
 /// Reads the file \a path, in text mode, line by line and hands each line (without its line end) to

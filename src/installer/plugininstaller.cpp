@@ -19,7 +19,8 @@ constexpr int cpuTypeTimeoutMs = 30000;
 /// Where the system has no room for one more process, QProcess itself takes the failure for a child
 /// with the number -1, and later ends it, which ends every process of the user. For subclasses it
 /// forks in a way that tells.
-class CpuTypeProcess : public QProcess { };
+class CpuTypeProcess // clazy:exclude=missing-qobject-macro,ctor-missing-parent-argument
+    : public QProcess { };
 
 } // namespace
 

@@ -229,7 +229,6 @@ void tst_HostileSettings::formsOfTheFile()
     QFETCH(QByteArray, user);
     const OneHost workstation;
     workstation.writeSettings(settings);
-    const QByteArray file = workstation.read("tool/settings.ini");
     workstation.age("tool/settings.ini");
     const test::Tree expected = workstation.installed(user);
 

@@ -40,7 +40,8 @@ enum class Harm {
     /// not write over is left behind its lines.
     TailLeftBehind = 64,
     /// Two runs wrote the file anew at once, as no step of an installation keeps another one away:
-    /// one read what the other was just writing, or wrote over it. What is left is nobody's promise.
+    /// one read what the other was just writing, or wrote over it. What is left is nobody's
+    /// promise.
     WrittenOver = 128,
 };
 Q_DECLARE_FLAGS(Harms, Harm)
