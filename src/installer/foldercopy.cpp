@@ -138,7 +138,6 @@ int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nes
     Utf8Stream manifest(&uninstallFile);
     int result = copyFiles(files, src, dst, manifest);
     listMayaShelf(src, dst, manifest);
-    manifest.flush();
 
     const QStringList subFolders = QDir(src).entryList(QDir::Dirs | QDir::NoDotAndDotDot,
                                                        QDir::Unsorted);

@@ -47,6 +47,7 @@ ForkRun runWithFailingFork(const QByteArray &error)
     const test::Disturbance disturbance = {"clone", "error=" + error};
     test::RunOptions options;
     options.through = ownProcesses + besideAnother + tracer.disturb(disturbance, 1);
+    options.environment = test::Tracer::environment();
     options.timeoutMs = 120000;
     const test::RunResult result = workstation.run({}, options);
     return {result, tracer.hit(disturbance),

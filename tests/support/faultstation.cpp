@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "faultstation.h"
 
+#include "tracer.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -181,10 +183,8 @@ RunOptions FaultStation::options(const QStringList &through) const
 {
     RunOptions options;
     options.through = through;
+    options.environment = Tracer::environment();
     options.environment.insert("TMPDIR", path("home/temp"));
-    // A traced program cannot be searched for leaks; it would say so on the console.
-    options.environment.insert("ASAN_OPTIONS",
-                               options.environment.value("ASAN_OPTIONS") + ":detect_leaks=0");
     return options;
 }
 

@@ -32,6 +32,14 @@ QString Tracer::obstacle()
     return QString();
 }
 
+QProcessEnvironment Tracer::environment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    // A traced program cannot be searched for leaks; it would say so on the console.
+    environment.insert("ASAN_OPTIONS", environment.value("ASAN_OPTIONS") + ":detect_leaks=0");
+    return environment;
+}
+
 QStringList Tracer::disturb(const Disturbance &disturbance, int number) const
 {
     QStringList words{"strace", "-qq", "-o", traceFile, "-e", "signal=none"};

@@ -4,6 +4,7 @@
 #include "workstation.h"
 
 #include <QMap>
+#include <QProcessEnvironment>
 
 namespace test {
 
@@ -31,6 +32,9 @@ class Tracer {
 public:
     /// Why runs cannot be traced here; empty when they can.
     static QString obstacle();
+
+    /// The environment of programs that are traced.
+    static QProcessEnvironment environment();
 
     /// The words before the program that make it suffer \a disturbance at its call \a number.
     QStringList disturb(const Disturbance &disturbance, int number) const;

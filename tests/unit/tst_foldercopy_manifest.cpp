@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <vector>
 #endif
 
 /// What a copy writes down, in which order, and what it does to a file on the way.
@@ -340,9 +341,10 @@ Moves movesDuringCopy(test::CopySandbox &sandbox, const QByteArray &name)
     inotify_add_watch(watcher, QFile::encodeName(sandbox.path("host/drask")).constData(),
                       IN_CREATE | IN_MOVED_TO | IN_DELETE | IN_MOVED_FROM);
     sandbox.copy();
-    QByteArray events(65536, '\0');
-    events.truncate(static_cast<int>(read(watcher, events.data(), 65536)));
+    std::vector<char> buffer(65536);
+    const ssize_t size = read(watcher, buffer.data(), buffer.size());
     close(watcher);
+    QByteArray events(buffer.data(), qMax(0, static_cast<int>(size)));
 
     Moves moves;
     while (!events.isEmpty()) {
