@@ -28,8 +28,7 @@ reports=$(mktemp -d)
 trap 'rm -rf "$reports"' EXIT
 export DRASK_RUN_THROUGH="valgrind --quiet --leak-check=full \
 --show-leak-kinds=definite,indirect,possible --errors-for-leak-kinds=definite,indirect,possible \
---child-silent-after-fork=yes --suppressions=$repository/scripts/qtcore.supp \
---error-exitcode=99 --log-file=$reports/%p"
+--child-silent-after-fork=yes --error-exitcode=99 --log-file=$reports/%p"
 
 # Qt Test gives each case five minutes, which is short under valgrind on a busy machine.
 export QTEST_FUNCTION_TIMEOUT=1800000
