@@ -220,7 +220,7 @@ make_lightwave() {
     mkdir -p "$work/lightwave" "$work/lightwave.original"
     {
         printf 'MenuEntry 131072 1 _\r\nMenuEntry 1 Options \r\n'
-        head -c 7100000 /dev/urandom | base64 -w 40 | sed 's/^/MenuEntry 2 . /; s/$/\r/'
+        head -c 5360000 /dev/urandom | base64 -w 40 | sed 's/^/MenuEntry 2 . /; s/$/\r/'
     } >"$work/lightwave.original/LW.CFG"
     printf '{ Entry\r\n}\r\n' >"$work/lightwave.original/LWEXT.CFG"
 }

@@ -28,7 +28,8 @@ peak_memory() {
         awk '/maximum resident/ {printf "%.1f", $1 / 1024 / 1024}' <<<"$report"
     else
         report=$(/usr/bin/time -f %M "$@" 2>&1 >/dev/null) || fail "$report"
-        awk '{printf "%.1f", $1 / 1024}' <<<"$report"
+        # Behind what the command said itself.
+        awk 'END {printf "%.1f", $1 / 1024}' <<<"$report"
     fi
 }
 
@@ -40,14 +41,22 @@ memory_row() {
 }
 
 measure_memory() {
-    local count
-    printf '| install of | peak memory, MiB |\n|---|---:|\n'
+    local count edit edit_command
+    printf '| case | peak memory, MiB |\n|---|---:|\n'
     cd "$work/tool" || fail "The sample workstation is gone"
     for count in 100 2000 20000; do
         make_install "$count" 2048
         reset_install
-        memory_row "$count files" "$program" reinstall
+        memory_row "install, $count files of 2 KiB" "$program" reinstall
         verify_install
+    done
+    for edit in maya lightwave; do
+        "make_$edit"
+        "reset_$edit"
+        edit_command=$("commands_$edit" | sed -n 's/^program|//p')
+        # shellcheck disable=SC2086 # a command and its words
+        memory_row "$(title "$edit")" $edit_command
+        "verify_$edit"
     done
     memory_row "(an empty QtCore program)" "$build/bench/drask-bench-empty"
 }
