@@ -5,6 +5,8 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QSet>
+#include <QSettings>
+#include <QStringList>
 #include <QTextStream>
 
 void copyLoop(const QString &source, const QString &target)
@@ -27,6 +29,52 @@ void copyLoop(const QString &source, const QString &target)
         lines << to << Qt::endl;
         QFile check(to);
         check.open(QIODevice::ReadWrite);
+    }
+}
+
+static void appendLine(const QString &log, const QString &line)
+{
+    QFile file(log);
+    file.open(QIODevice::WriteOnly | QIODevice::Append);
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    stream << line << Qt::endl;
+}
+
+static QString firstLine(const QString &path)
+{
+    QFile file(path);
+    file.open(QIODevice::ReadOnly | QIODevice::Text);
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    return stream.readLine();
+}
+
+void idleLoop(const QString &settings, int hosts, const QString &log)
+{
+    QFile::remove(log);
+    QSettings list(settings, QSettings::IniFormat);
+    list.setIniCodec("UTF-8");
+    list.beginReadArray("pluginpaths");
+    QStringList folders;
+    QStringList versions;
+    for (int host = 0; host < hosts; ++host) {
+        list.setArrayIndex(host);
+        appendLine(log, list.value("application").toString());
+        folders << list.value("path").toString() + "/Scripts/drask";
+        appendLine(log, folders.last());
+        QSettings wanted(settings, QSettings::IniFormat);
+        wanted.setIniCodec("UTF-8");
+        versions << wanted.value("plugins/versionModo").toString();
+    }
+    for (int host = 0; host < hosts; ++host) {
+        const QString &folder = folders.at(host);
+        if (QDir(folder).exists() && firstLine(folder + "/version.txt") == versions.at(host)) {
+            appendLine(log, "version already installed: " + folder);
+        }
+        if (!firstLine(folder + "/manager.cfg").isNull()) {
+            appendLine(log, "not necessary to write cfg");
+        }
     }
 }
 

@@ -11,6 +11,11 @@
 /// check, and lists it.
 void copyLoop(const QString &source, const QString &target);
 
+/// Asks the file \a settings for each of \a hosts and, in an object of its own, for its version;
+/// finds the same in the host's version file, and its configuration there. Appends to \a log the
+/// four lines that a host gets, each by itself.
+void idleLoop(const QString &settings, int hosts, const QString &log);
+
 /// Deletes each file that \a manifest names, if it exists, and \a manifest itself.
 void removeLoop(const QString &manifest);
 

@@ -123,6 +123,7 @@ make_idle_hosts() {
 }
 commands_idle_hosts() {
     echo "program|$program"
+    echo "bare loop|$bare idle $work/tool/settings.ini $1 $work/tool/plugin.log"
     echo "empty program|$build/bench/drask-bench-empty"
 }
 verify_idle_hosts() {
@@ -133,9 +134,9 @@ verify_idle_hosts() {
 make_idle() { make_idle_hosts 15; }
 make_hosts_150() { make_idle_hosts 150; }
 make_hosts_1500() { make_idle_hosts 1500; }
-commands_idle() { commands_idle_hosts; }
-commands_hosts_150() { commands_idle_hosts; }
-commands_hosts_1500() { commands_idle_hosts; }
+commands_idle() { commands_idle_hosts 15; }
+commands_hosts_150() { commands_idle_hosts 150; }
+commands_hosts_1500() { commands_idle_hosts 1500; }
 reset_idle() { :; }
 reset_hosts_150() { :; }
 reset_hosts_1500() { :; }

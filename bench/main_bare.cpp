@@ -22,6 +22,8 @@ int main(int argc, char *argv[])
     const QString name = words.value(1);
     if (name == "copy") {
         copyLoop(words.value(2), words.value(3));
+    } else if (name == "idle") {
+        idleLoop(words.value(2), words.value(3).toInt(), words.value(4));
     } else if (name == "remove") {
         removeLoop(words.value(2));
     } else if (name == "legacy") {

@@ -135,6 +135,7 @@ int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nes
     if (!nested && !openManifest(dst)) {
         return ManifestNotOpened;
     }
+    // Every line end flushes, so that the lines of the subfolders come behind those of this folder.
     Utf8Stream manifest(&uninstallFile);
     int result = copyFiles(files, src, dst, manifest);
     listMayaShelf(src, dst, manifest);

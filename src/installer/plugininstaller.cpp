@@ -37,9 +37,14 @@ PluginInstaller::PluginInstaller(QString appDir, QString user, QString projects,
 
 void PluginInstaller::readCPUinfo()
 {
+    const QString program = QCoreApplication::applicationDirPath() + "/cputype"_l1;
+    cpuType.clear();
+    // A start that must fail would cost a run with nothing to do as much as all its other steps.
+    if (!QFile::exists(program)) {
+        return;
+    }
     CpuTypeProcess process;
-    process.start(QCoreApplication::applicationDirPath() + "/cputype"_l1, QStringList(),
-                  QIODevice::ReadWrite);
+    process.start(program, QStringList(), QIODevice::ReadWrite);
     // A program that hangs is killed when the process object goes away.
     static_cast<void>(process.waitForFinished(cpuTypeTimeoutMs));
     cpuType = process.readAllStandardOutput();
