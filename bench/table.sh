@@ -66,7 +66,7 @@ describe_machine() {
     processor=$(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo 2>/dev/null | head -n 1)
     [ -n "$processor" ] || processor=$(sysctl -n machdep.cpu.brand_string 2>/dev/null)
     printf 'Measured on %s with %s processors (%s), %s, QtCore %s, files on %s.\n' \
-        "$(date +%Y-%m-%d)" "$(getconf _NPROCESSORS_ONLN)" "${processor:-unknown}" "$(uname -sr)" \
+        "$(date +%Y-%m-%d)" "$(getconf _NPROCESSORS_ONLN)" "${processor:-unknown}" "$(uname -s) $(uname -r | cut -d- -f1)" \
         "$(qt_version)" "$(file_system)"
 }
 

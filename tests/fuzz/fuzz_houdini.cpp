@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fuzzsandbox.h"
 #include "installer/plugininstaller.h"
-#include "prescribedtext.h"
+#include "promisedtext.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ QStringList linesUpToOldLine(const QByteArray &content, QString &oldLine)
     return lines;
 }
 
-QByteArray prescribedContent(const QByteArray &before, const QString &newLine)
+QByteArray promisedContent(const QByteArray &before, const QString &newLine)
 {
     QString oldLine;
     QStringList lines = linesUpToOldLine(before, oldLine);
@@ -44,7 +44,7 @@ QByteArray prescribedContent(const QByteArray &before, const QString &newLine)
 QByteArray edit(const fuzz::Sandbox &sandbox, const QString &folder)
 {
     const QByteArray before = sandbox.read(envFile);
-    QByteArray after = prescribedContent(before, assignment(folder));
+    QByteArray after = promisedContent(before, assignment(folder));
     fuzz::Tree expected = sandbox.tree();
     expected.insert(envFile, after);
     if (!before.isNull()) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "fuzzsandbox.h"
-#include "prescribedtext.h"
+#include "promisedtext.h"
 #include "uninstaller/ov3uninstaller.h"
 
 #include <QDir>
@@ -126,7 +126,7 @@ QStringList searchedFolders(const QStringList &lines)
     return folders;
 }
 
-fuzz::Tree prescribedTree(const fuzz::Sandbox &sandbox, const QStringList &folders)
+fuzz::Tree promisedTree(const fuzz::Sandbox &sandbox, const QStringList &folders)
 {
     fuzz::Tree tree = sandbox.tree();
     for (const Entry &entry : entries) {
@@ -159,7 +159,7 @@ void check(const fuzz::Sandbox &sandbox, const fuzz::Input &input)
     plant(sandbox);
     sandbox.write("list.ini", lines.join('\n').toUtf8());
     QDir::setCurrent(root);
-    const fuzz::Tree expected = prescribedTree(sandbox, searchedFolders(lines));
+    const fuzz::Tree expected = promisedTree(sandbox, searchedFolders(lines));
 
     const QString list = sandbox.path("list.ini");
     fuzz::promise(Ov3Uninstaller::deleteOldPlugins(list) == 0, "the removal never fails");

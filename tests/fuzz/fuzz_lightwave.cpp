@@ -2,7 +2,7 @@
 #include "fuzzsandbox.h"
 #include "installer/lightwave.h"
 #include "installer/plugininstaller.h"
-#include "prescribedtext.h"
+#include "promisedtext.h"
 
 #include <QTextCodec>
 
@@ -20,7 +20,7 @@ QByteArray encodedLike(const QByteArray &content, const QString &text)
 }
 
 /// The menu with the plug-in's entry; \a menu itself where there is no place for it.
-QString prescribedMenu(const QString &menu)
+QString promisedMenu(const QString &menu)
 {
     const QString lower = menu.toLower();
     if (lower.contains("tasklancer")) {
@@ -50,7 +50,7 @@ void enterWrite(fuzz::Tree &tree, const QString &name, const QString &text)
 }
 
 /// The result, with what is written until then entered into \a tree.
-int prescribedResult(fuzz::Tree &tree)
+int promisedResult(fuzz::Tree &tree)
 {
     const bool hasExtension = tree.contains(extensionFile);
     const QString menuName = hasExtension ? menuFile : extensionFile;
@@ -58,7 +58,7 @@ int prescribedResult(fuzz::Tree &tree)
         tree.insert(menuName, "");
     }
     const QString menu = fuzz::textOf(tree.value(menuName));
-    const QString newMenu = prescribedMenu(menu);
+    const QString newMenu = promisedMenu(menu);
     if (newMenu != menu) {
         enterWrite(tree, menuName, newMenu);
     }
@@ -95,7 +95,7 @@ void edit(const fuzz::Sandbox &sandbox)
 {
     const fuzz::Tree before = sandbox.tree();
     fuzz::Tree expected = before;
-    const int result = prescribedResult(expected);
+    const int result = promisedResult(expected);
 
     fuzz::promise(PluginInstaller::editLwvCfgFile(sandbox.path(folder)) == result,
                   "only a missing extension file fails");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fuzzsandbox.h"
 #include "installer/plugininstaller.h"
-#include "prescribedtext.h"
+#include "promisedtext.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "driver.h"
 #include "fuzzsandbox.h"
-#include "prescribedtext.h"
+#include "promisedtext.h"
 
 #include <QDir>
 #include <QFile>
@@ -67,7 +67,7 @@ void plant(const fuzz::Sandbox &sandbox, const QString &root, const QByteArray &
     sandbox.makeLink("nothing", plugin + "/dangling");
 }
 
-/// Uninstalls the twin with the system's own calls, and returns the prescribed result.
+/// Uninstalls the twin with the system's own calls, and returns the promised result.
 int uninstallTwin(const QList<Line> &lines)
 {
     int result = 0;
@@ -91,7 +91,7 @@ int uninstallTwin(const QList<Line> &lines)
 }
 
 /// Everything as it is, but with what is left of the twin in the place of the plug-in.
-fuzz::Tree prescribedTree(const fuzz::Sandbox &sandbox)
+fuzz::Tree promisedTree(const fuzz::Sandbox &sandbox)
 {
     fuzz::Tree tree = sandbox.tree();
     const fuzz::Tree planted = sandbox.tree(confine);
@@ -116,12 +116,12 @@ void check(const fuzz::Sandbox &sandbox, const fuzz::Input &input)
     sandbox.write("plugin/manager.cfg", "stays");
 
     QDir::setCurrent(sandbox.path(twin));
-    const int prescribed = uninstallTwin(lines);
-    const fuzz::Tree expected = prescribedTree(sandbox);
+    const int promised = uninstallTwin(lines);
+    const fuzz::Tree expected = promisedTree(sandbox);
 
     QDir::setCurrent(root);
     const int result = uninstallPluginFunction(root + "/plugin");
-    fuzz::promise(result == prescribed, "only a listed folder, which cannot be deleted, fails");
+    fuzz::promise(result == promised, "only a listed folder, which cannot be deleted, fails");
     sandbox.promiseTree(expected, "what is listed is deleted, and nothing else");
     fuzz::promise(uninstallPluginFunction(root + "/plugin") == 0, "nothing is left to fail");
     sandbox.promiseTree(expected, "a second uninstallation deletes nothing more");

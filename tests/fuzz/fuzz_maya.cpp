@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fuzzsandbox.h"
 #include "installer/plugininstaller.h"
-#include "prescribedtext.h"
+#include "promisedtext.h"
 
 namespace {
 
@@ -68,8 +68,7 @@ QByteArray withNewBlock(const QString &text, const QString &lines, const Plugin 
                         + text.mid(end));
 }
 
-QByteArray prescribedScript(const QByteArray &content, const QByteArray &lines,
-                            const Plugin &plugin)
+QByteArray promisedScript(const QByteArray &content, const QByteArray &lines, const Plugin &plugin)
 {
     const QString oldLine = recognisedLine(content);
     if (oldLine.isEmpty()) {
@@ -91,7 +90,7 @@ void install(const fuzz::Sandbox &sandbox, const Plugin &plugin)
     const QByteArray before = sandbox.read(script);
     const QByteArray lines = sandbox.read(plugin.folder + templateName);
     const bool isFirst = recognisedLine(before).isEmpty();
-    const QByteArray after = prescribedScript(before, lines, plugin);
+    const QByteArray after = promisedScript(before, lines, plugin);
     fuzz::Tree expected = sandbox.tree();
     if (!after.isNull()) {
         expected.insert(script, after);

@@ -108,7 +108,7 @@ QStringList subFoldersOf(const QString &key)
     return folders.isEmpty() ? QStringList("") : folders;
 }
 
-QByteArray prescribedLog(const Settings &settings)
+QByteArray promisedLog(const Settings &settings)
 {
     QByteArray reading = logLine("settings loaded");
     QByteArray uninstalling;
@@ -148,7 +148,7 @@ void promiseDriverReads(const fuzz::Sandbox &sandbox, const Settings &settings)
     fuzz::promise(runDriver(2, words) == 0, "uninstalling by settings never fails");
     fuzz::promise(username == settings.user, "the user is read, and forgotten when logged out");
     fuzz::promise(localProjectsFolder == settings.projects, "the projects folder is read");
-    fuzz::promise(withoutWarnings(sandbox.read("tool/plugin.log")) == prescribedLog(settings),
+    fuzz::promise(withoutWarnings(sandbox.read("tool/plugin.log")) == promisedLog(settings),
                   "each host of the list is handled, and none other");
     expected.insert("tool/plugin.log", sandbox.read("tool/plugin.log"));
     sandbox.promiseTree(expected, "uninstalling by settings leaves everything where it is");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fuzzsandbox.h"
 #include "installer/plugininstaller.h"
-#include "prescribedtext.h"
+#include "promisedtext.h"
 #include "versionfile.h"
 
 #include <limits>
@@ -40,7 +40,7 @@ int numberIn(const QString &line)
     return digits.isEmpty() || !fits ? -1 : int(number);
 }
 
-int prescribedVersion(const QByteArray &content)
+int promisedVersion(const QByteArray &content)
 {
     const QStringList lines = fuzz::linesOf(content);
     return lines.isEmpty() ? -1 : numberIn(lines.first());
@@ -54,7 +54,7 @@ void check(const fuzz::Sandbox &sandbox, const fuzz::Input &input)
     sandbox.makeFolder("tool");
     fuzz::Tree expected = sandbox.tree();
 
-    fuzz::promise(readVersionTxt(sandbox.path("plugin")) == prescribedVersion(input.whole()),
+    fuzz::promise(readVersionTxt(sandbox.path("plugin")) == promisedVersion(input.whole()),
                   "the version is the whole number on the first line, or -1");
     sandbox.promiseTree(expected, "reading the version changes nothing");
 
@@ -63,7 +63,7 @@ void check(const fuzz::Sandbox &sandbox, const fuzz::Input &input)
                   "a version file in a writable folder can be written");
     expected.insert("tool/version.txt", fuzz::utf8Of(version));
     sandbox.promiseTree(expected, "the version file holds the version and nothing else");
-    fuzz::promise(readVersionTxt(sandbox.path("tool")) == prescribedVersion(fuzz::utf8Of(version)),
+    fuzz::promise(readVersionTxt(sandbox.path("tool")) == promisedVersion(fuzz::utf8Of(version)),
                   "a version that was written reads back");
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fuzzsandbox.h"
 #include "installer/plugininstaller.h"
-#include "prescribedtext.h"
+#include "promisedtext.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ QList<Script> scriptsFor(const QString &folder)
 }
 
 /// The result, with what is written until then entered into \a expected.
-int prescribedResult(const fuzz::Sandbox &sandbox, const QString &folder, fuzz::Tree &expected)
+int promisedResult(const fuzz::Sandbox &sandbox, const QString &folder, fuzz::Tree &expected)
 {
     const QList<Script> scripts = scriptsFor(folder);
     for (const Script &script : scripts) {
@@ -46,7 +46,7 @@ void install(const fuzz::Sandbox &sandbox)
 {
     const QString folder = sandbox.path(target);
     fuzz::Tree expected = sandbox.tree();
-    const int result = prescribedResult(sandbox, folder, expected);
+    const int result = promisedResult(sandbox, folder, expected);
 
     fuzz::promise(PluginInstaller::copyXSIPlugin(sandbox.path(source), folder) == result,
                   "only a missing script fails");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "prescribedtext.h"
+#include "promisedtext.h"
 
 #include <QTextCodec>
 
