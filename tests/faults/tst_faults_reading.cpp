@@ -56,22 +56,23 @@ void tst_Faults_Reading::halfANameInAManifestIsNotDeleted()
     const test::Tracer tracer;
     test::RunOptions options;
     options.environment = test::Tracer::environment();
-    options.through = tracer.watch();
-    prepare();
-    VERIFY_RUN(workstation.run(words, options), 0);
-    QVERIFY(!workstation.exists(keep + ".plugin"));
-    const test::CallCount reads = tracer.calls().value("read");
+    // The reads of other files are not counted: sanitizers make some, a different number each time.
+    test::Disturbance badSector = {"read", "error=EIO"};
+    badSector.file = workstation.path(pluginFolder + "/uninstall.ini");
 
-    int broken = 0;
-    for (int number = reads.startUp + 1; number <= reads.all; ++number) {
+    QStringList fates;
+    do {
         prepare();
-        options.through = tracer.disturb({"read", "error=EIO"}, number);
+        options.through = tracer.disturb(badSector, fates.size() + 1);
         VERIFY_RUN(workstation.run(words, options), 0);
         QCOMPARE(workstation.read(keep), QByteArray("the user's"));
-        broken += workstation.exists(keep + ".plugin") ? 1 : 0;
-    }
-    // The first piece and the second.
-    QCOMPARE(broken, 2);
+        fates << (workstation.exists(keep + ".plugin") ? "spared" : "deleted");
+    } while (!tracer.hit(badSector).isEmpty());
+    // The first piece and the second; behind them the end of the file is read, and last comes a run
+    // without a fault.
+    QCOMPARE(fates.mid(0, 2), QStringList({"spared", "spared"}));
+    QVERIFY(fates.size() > 2);
+    QCOMPARE(fates.mid(2).count("deleted"), fates.size() - 2);
 }
 
 QTEST_GUILESS_MAIN(tst_Faults_Reading)

@@ -56,6 +56,9 @@ QStringList Tracer::disturb(const Disturbance &disturbance, int number) const
         words << "-e"
               << "inject=" + disturbance.besides + ':' + disturbance.effect;
     }
+    if (!disturbance.file.isEmpty()) {
+        words << "-P" << disturbance.file;
+    }
     words << "-e"
           << QStringLiteral("inject=%1:%2:when=%3%4")
                  .arg(disturbance.call, disturbance.effect)

@@ -14,6 +14,7 @@ struct Disturbance {
     QByteArray effect;       ///< such as "error=EIO" or "signal=KILL"
     bool fromThenOn = false; ///< befalls every later call too
     QByteArray besides = {}; ///< another kind of call that it befalls throughout
+    QString file = {};       ///< if given, only calls upon this file count; an absolute path
 
     bool isSignal() const;
 };
