@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "bareloops.h"
 
+#include <QCoreApplication>
+#include <QDebug>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -9,9 +11,8 @@
 #include <QStringList>
 #include <QTextStream>
 
-void copyLoop(const QString &source, const QString &target)
+static void copyFiles(const QString &source, const QString &target)
 {
-    QDir().mkpath(target);
     QFile manifest(target + "/uninstall.ini");
     manifest.open(QIODevice::WriteOnly | QIODevice::Truncate);
     QTextStream lines(&manifest);
@@ -32,50 +33,74 @@ void copyLoop(const QString &source, const QString &target)
     }
 }
 
-static void appendLine(const QString &log, const QString &line)
-{
-    QFile file(log);
-    file.open(QIODevice::WriteOnly | QIODevice::Append);
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    stream << line << Qt::endl;
-}
-
-static QString firstLine(const QString &path)
+static QStringList firstLines(const QString &path, int count)
 {
     QFile file(path);
-    file.open(QIODevice::ReadOnly | QIODevice::Text);
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    return stream.readLine();
+    QStringList lines;
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        QTextStream stream(&file);
+        stream.setCodec("UTF-8");
+        while (lines.size() < count) {
+            lines << stream.readLine();
+        }
+    }
+    return lines;
 }
 
-void idleLoop(const QString &settings, int hosts, const QString &log)
+static void writeText(const QString &path, const QString &text)
 {
-    QFile::remove(log);
+    QFile file(path);
+    file.open(QIODevice::WriteOnly | QIODevice::Text);
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    stream << text;
+}
+
+struct BareHost {
+    QString folder;
+    QString version;
+};
+
+static QList<BareHost> askSettings(const QString &settings)
+{
+    QList<BareHost> hosts;
     QSettings list(settings, QSettings::IniFormat);
     list.setIniCodec("UTF-8");
-    list.beginReadArray("pluginpaths");
-    QStringList folders;
-    QStringList versions;
-    for (int host = 0; host < hosts; ++host) {
+    const int size = list.beginReadArray("pluginpaths");
+    for (int host = 0; host < size; ++host) {
         list.setArrayIndex(host);
-        appendLine(log, list.value("application").toString());
-        folders << list.value("path").toString() + "/Scripts/drask";
-        appendLine(log, folders.last());
+        qDebug() << "applicationName" << list.value("application").toString();
+        const QString path = list.value("path").toString();
+        qDebug() << "path" << path;
         QSettings wanted(settings, QSettings::IniFormat);
         wanted.setIniCodec("UTF-8");
-        versions << wanted.value("plugins/versionModo").toString();
+        hosts << BareHost{path + "/Scripts/drask", wanted.value("plugins/versionModo").toString()};
     }
-    for (int host = 0; host < hosts; ++host) {
-        const QString &folder = folders.at(host);
-        if (QDir(folder).exists() && firstLine(folder + "/version.txt") == versions.at(host)) {
-            appendLine(log, "version already installed: " + folder);
+    return hosts;
+}
+
+void installLoop(const QString &settings, const QString &source, const QString &programVersion)
+{
+    const QString config = "Ann\n\n" + QCoreApplication::applicationDirPath()
+        + "/DraskDrop\n2.3.10\n" + "\n1\n1";
+    const QList<BareHost> hosts = askSettings(settings);
+    for (const BareHost &host : hosts) {
+        if (!QDir(host.folder).exists()) {
+            QDir().mkpath(host.folder);
         }
-        if (!firstLine(folder + "/manager.cfg").isNull()) {
-            appendLine(log, "not necessary to write cfg");
+        if (firstLines(host.folder + "/version.txt", 1).value(0) == host.version) {
+            qDebug() << "version already installed: " << host.folder;
+        } else {
+            copyFiles(source, host.folder);
+        }
+        if (firstLines(host.folder + "/manager.cfg", 7).isEmpty()) {
+            qDebug() << "161 write cfg file...";
+            writeText(host.folder + "/manager.cfg", config);
+        } else {
+            qDebug() << "not necessary to write cfg";
         }
     }
+    writeText(programVersion, "2.3.10");
 }
 
 void removeLoop(const QString &manifest)

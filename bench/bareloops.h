@@ -3,18 +3,15 @@
 
 #include <QString>
 
-/// The QtCore calls that an operation cannot do without, in a row, with nothing around them: no
-/// settings, no log, no messages, no decisions. They are the limit that the program is held
-/// against.
+/// The QtCore calls that an operation cannot do without, in a row, with no decisions and no checks
+/// of their own. They are the limit that the program is held against.
 
-/// Copies, removes and copies again each file of \a source into \a target, opens it for the rights
-/// check, and lists it.
-void copyLoop(const QString &source, const QString &target);
-
-/// Asks the file \a settings for each of \a hosts and, in an object of its own, for its version;
-/// finds the same in the host's version file, and its configuration there. Appends to \a log the
-/// four lines that a host gets, each by itself.
-void idleLoop(const QString &settings, int hosts, const QString &log);
+/// A run that serves the hosts of the file \a settings, with a line of the log for each thing that
+/// the program tells of a host. Asks for each host and, in an object of its own, for its version. A
+/// host that has this version keeps its files; any other gets those of the folder \a source: each
+/// is copied, removed, copied again, listed, and opened for the rights check. manager.cfg is read,
+/// and written where there is none; so is, at the end, the file \a programVersion.
+void installLoop(const QString &settings, const QString &source, const QString &programVersion);
 
 /// Deletes each file that \a manifest names, if it exists, and \a manifest itself.
 void removeLoop(const QString &manifest);

@@ -9,6 +9,8 @@ plugin=$work/tool/plugins/modo
 program=$work/tool/drask-installer
 bare=$build/bench/drask-bench-bare
 operation=$build/bench/drask-bench-operation
+settings=$work/tool/settings.ini
+targets=("$work/host/Scripts/drask" "$work/bare/Scripts/drask" "$work/person")
 
 title() {
     case $1 in
@@ -37,16 +39,16 @@ make_workstation() {
     cp "$build/src/drask-installer" "$program"
 }
 
-# write_settings HOSTS: that many hosts, all "modo", in host/, host2/, …
+# write_settings FILE FOLDER HOSTS: that many hosts, all "modo", in FOLDER, FOLDER2, …
 write_settings() {
     local number
     {
-        printf '[UserData]\nusername=Ann\n\n[plugins]\nversionModo=7\n\n[pluginpaths]\nsize=%d\n' "$1"
-        for ((number = 1; number <= $1; ++number)); do
+        printf '[UserData]\nusername=Ann\n\n[plugins]\nversionModo=7\n\n[pluginpaths]\nsize=%d\n' "$3"
+        for ((number = 1; number <= $3; ++number)); do
             printf '%d\\application=modo\n%d\\path=%s\n' "$number" "$number" \
-                "$work/host$([ "$number" -eq 1 ] || echo "$number")"
+                "$2$([ "$number" -eq 1 ] || echo "$number")"
         done
-    } >"$work/tool/settings.ini"
+    } >"$1"
 }
 
 # make_files COUNT BYTES FOLDER
@@ -58,17 +60,21 @@ make_files() {
 
 make_install() {
     make_files "$1" "$2" "$plugin"
-    write_settings 1
+    write_settings "$settings" "$work/host" 1
+    write_settings "$work/bare.ini" "$work/bare" 1
 }
 commands_install() {
-    echo "program|$program reinstall"
-    echo "bare loop|$bare copy $plugin $work/bare"
+    echo "program|$program"
+    echo "bare loop|$bare install $work/bare.ini $plugin $work/version.txt"
     echo "cp -r|cp -r $plugin $work/person"
 }
-reset_install() { rm -rf "$work/host" "$work/bare" "$work/person" && mkdir "$work/host"; }
+reset_install() {
+    rm -rf "$work/host" "$work/bare" "$work/person"
+    mkdir "$work/host" "$work/bare"
+}
 verify_install() {
     local target verified=0
-    for target in "$work/host/Scripts/drask" "$work/bare" "$work/person"; do
+    for target in "${targets[@]}"; do
         [ -d "$target" ] || continue
         diff -rq -x uninstall.ini -x manager.cfg "$plugin" "$target" || wrong "$target differs"
         verified=1
@@ -92,21 +98,20 @@ make_update() {
     make_files 2000 2048 "$work/older"
 }
 commands_update() {
-    echo "program|$program reinstall"
-    echo "bare loop|$bare copy $plugin $work/bare"
+    commands_install | head -n 2
     echo "rsync -a|rsync -a --ignore-times $plugin/ $work/person/"
 }
 reset_update() {
     reset_install
-    mkdir -p "$work/host/Scripts"
-    cp -r "$work/older" "$work/host/Scripts/drask"
-    cp -r "$work/older" "$work/bare"
-    cp -r "$work/older" "$work/person"
-    rm -f "$work/done"
+    local target
+    mkdir "$work/host/Scripts" "$work/bare/Scripts"
+    for target in "${targets[@]}"; do
+        cp -r "$work/older" "$target"
+    done
 }
 verify_update() {
     local target updated=0
-    for target in "$work/host/Scripts/drask" "$work/bare" "$work/person"; do
+    for target in "${targets[@]}"; do
         diff -rq -x uninstall.ini -x manager.cfg "$plugin" "$target" >/dev/null \
             && updated=$((updated + 1))
     done
@@ -118,12 +123,12 @@ make_idle_hosts() {
     local number
     make_install 1 1
     printf 7 >"$plugin/version.txt"
-    write_settings "$1"
+    write_settings "$settings" "$work/host" "$1"
     (cd "$work/tool" && "$program") || wrong "the hosts could not be prepared"
 }
 commands_idle_hosts() {
     echo "program|$program"
-    echo "bare loop|$bare idle $work/tool/settings.ini $1 $work/tool/plugin.log"
+    echo "bare loop|$bare install $settings $plugin $work/version.txt"
     echo "empty program|$build/bench/drask-bench-empty"
 }
 verify_idle_hosts() {
@@ -134,9 +139,9 @@ verify_idle_hosts() {
 make_idle() { make_idle_hosts 15; }
 make_hosts_150() { make_idle_hosts 150; }
 make_hosts_1500() { make_idle_hosts 1500; }
-commands_idle() { commands_idle_hosts 15; }
-commands_hosts_150() { commands_idle_hosts 150; }
-commands_hosts_1500() { commands_idle_hosts 1500; }
+commands_idle() { commands_idle_hosts; }
+commands_hosts_150() { commands_idle_hosts; }
+commands_hosts_1500() { commands_idle_hosts; }
 reset_idle() { :; }
 reset_hosts_150() { :; }
 reset_hosts_1500() { :; }
@@ -148,7 +153,7 @@ make_remove() {
     make_install 20000 2048
     rm -rf "$work"/host[0-9]*
     reset_install
-    (cd "$work/tool" && "$program" reinstall) || wrong "nothing to remove could be installed"
+    (cd "$work/tool" && "$program") || wrong "nothing to remove could be installed"
     rm -rf "$work/installed"
     cp -r "$work/host" "$work/installed"
 }

@@ -2,28 +2,34 @@
 #include "bareloops.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QStringList>
+#include <QTextStream>
 
 namespace {
 
-/// Streams on files that a backup has closed complain, as they do in the program's log.
-void beSilent(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString & /*text*/)
+/// A line of the log is a file opened, extended and closed.
+void appendToLog(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &text)
 {
+    QFile log("plugin.log");
+    log.open(QIODevice::WriteOnly | QIODevice::Append);
+    QTextStream stream(&log);
+    stream.setCodec("UTF-8");
+    stream << "Debug: " << text << Qt::endl;
 }
 
 } // namespace
 
-/// Runs one bare loop, as "NAME ARGUMENT…".
+/// Runs one bare loop, as "NAME ARGUMENT…", with its log in the working folder.
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    qInstallMessageHandler(beSilent);
+    QFile::remove("plugin.log");
+    qInstallMessageHandler(appendToLog);
     const QStringList words = QCoreApplication::arguments();
     const QString name = words.value(1);
-    if (name == "copy") {
-        copyLoop(words.value(2), words.value(3));
-    } else if (name == "idle") {
-        idleLoop(words.value(2), words.value(3).toInt(), words.value(4));
+    if (name == "install") {
+        installLoop(words.value(2), words.value(3), words.value(4));
     } else if (name == "remove") {
         removeLoop(words.value(2));
     } else if (name == "legacy") {

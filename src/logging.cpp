@@ -13,20 +13,32 @@
 
 namespace {
 
-void appendLine(QLatin1String fileName, const QString &line)
-{
-    QFile file(QCoreApplication::applicationDirPath() + fileName);
-    // Qt would complain on the console about a device or a pipe in the file's place, and about a
-    // stream on a closed file.
-    const QFileInfo present(file);
-    if (!present.isFile() && present.exists()) {
-        return;
+/// A file beside the program that lines are added to.
+class LineFile {
+public:
+    /// \a name begins with a slash.
+    explicit LineFile(QLatin1String name)
+        : path(QCoreApplication::applicationDirPath() + name)
+    {
+        // Qt would complain on the console about a device or a pipe in the file's place. Whoever
+        // puts one there does so before the first line, so that the others need not ask.
+        const QFileInfo present(path);
+        isLost = present.exists() && !present.isFile() && !present.isDir();
     }
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append)) {
-        return;
+
+    void append(const QString &line) const
+    {
+        QFile file(path);
+        // A stream on a closed file would complain as well.
+        if (!isLost && file.open(QIODevice::WriteOnly | QIODevice::Append)) {
+            Utf8Stream(&file) << line << Qt::endl;
+        }
     }
-    Utf8Stream(&file) << line << Qt::endl;
-}
+
+private:
+    const QString path;
+    bool isLost = false;
+};
 
 QString logLine(QtMsgType type, const QString &message)
 {
@@ -65,7 +77,8 @@ void keepDefaultCategory(QLoggingCategory *category)
 
 void myMessageOutput(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
 {
-    appendLine("/plugin.log"_l1, logLine(type, message));
+    static const LineFile log("/plugin.log"_l1);
+    log.append(logLine(type, message));
 }
 
 void keepEveryMessage()
@@ -80,5 +93,6 @@ void keepEveryMessage()
 
 void writeErrorFile(const QString &message)
 {
-    appendLine("/pluginError.txt"_l1, message);
+    static const LineFile errors("/pluginError.txt"_l1);
+    errors.append(message);
 }
