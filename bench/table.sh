@@ -47,7 +47,7 @@ measure_memory() {
     for count in 100 2000 20000; do
         make_install "$count" 2048
         reset_install
-        memory_row "install, $count files of 2 KiB" "$program"
+        memory_row "$(title "install_$count")" "$program"
         verify_install
     done
     for edit in maya lightwave; do

@@ -36,6 +36,41 @@ void addRow(const char *name, const Words &words, RunMode mode, const QString &o
     QTest::newRow(name) << words << mode << operand;
 }
 
+void addWordsBehindWords()
+{
+    addRow("an argument behind onlyWriteConfig", {"onlyWriteConfig", "x"},
+           RunMode::OnlyWriteConfig);
+    addRow("an argument behind reinstall", {"reinstall", "x"}, RunMode::Reinstall);
+    addRow("an argument behind the quoted reinstall", {"\"reinstall\"", "x"}, RunMode::Reinstall);
+    addRow("arguments behind uninstallAllPlugins", {"uninstallAllPlugins", "x", "y"},
+           RunMode::UninstallAll);
+    addRow("an argument behind an operand", {"uninstallPlugin", "(xsi) /x", "y"},
+           RunMode::UninstallPlugin, "(xsi) /x");
+    addRow("two mode words: the first counts", {"onlyWriteConfig", "reinstall"},
+           RunMode::OnlyWriteConfig);
+    addRow("a mode word behind an unknown word", {"x", "reinstall"}, RunMode::Install);
+    addRow("an operand word behind an unknown word", {"x", "uninstallPlugin", "(xsi) /x"},
+           RunMode::Install);
+}
+
+void addWordsThatAreNoMode()
+{
+    addRow("an empty word", {""}, RunMode::Install);
+    addRow("capital letters", {"REINSTALL"}, RunMode::Install);
+    addRow("one capital letter", {"OnlyWriteConfig"}, RunMode::Install);
+    addRow("a capital letter before an operand", {"UninstallPlugin", "(xsi) /x"}, RunMode::Install);
+    addRow("a small letter before a list file", {"Ov3uninstall", "/list"}, RunMode::Install);
+    addRow("a word cut short", {"reinstal"}, RunMode::Install);
+    addRow("a word with more behind it", {"reinstalls"}, RunMode::Install);
+    addRow("a word with a blank before it", {" reinstall"}, RunMode::Install);
+    addRow("a word with a blank behind it", {"uninstallAllPlugins "}, RunMode::Install);
+    addRow("a word with dashes", {"--reinstall"}, RunMode::Install);
+    addRow("one opening quote", {"\"reinstall"}, RunMode::Install);
+    addRow("one closing quote", {"reinstall\""}, RunMode::Install);
+    addRow("single quotes", {"'reinstall'"}, RunMode::Install);
+    addRow("another word in double quotes", {"\"onlyWriteConfig\""}, RunMode::Install);
+}
+
 } // namespace
 
 void tst_CommandLine::wordsChooseTheMode_data()
@@ -57,35 +92,8 @@ void tst_CommandLine::wordsChooseTheMode_data()
     addRow("an empty list file is an operand", {"ov3uninstall", ""}, RunMode::Ov3Uninstall);
     addRow("uninstallPlugin without its operand", {"uninstallPlugin"}, RunMode::Install);
     addRow("ov3uninstall without its operand", {"ov3uninstall"}, RunMode::Install);
-
-    addRow("an argument behind onlyWriteConfig", {"onlyWriteConfig", "x"},
-           RunMode::OnlyWriteConfig);
-    addRow("an argument behind reinstall", {"reinstall", "x"}, RunMode::Reinstall);
-    addRow("an argument behind the quoted reinstall", {"\"reinstall\"", "x"}, RunMode::Reinstall);
-    addRow("arguments behind uninstallAllPlugins", {"uninstallAllPlugins", "x", "y"},
-           RunMode::UninstallAll);
-    addRow("an argument behind an operand", {"uninstallPlugin", "(xsi) /x", "y"},
-           RunMode::UninstallPlugin, "(xsi) /x");
-    addRow("two mode words: the first counts", {"onlyWriteConfig", "reinstall"},
-           RunMode::OnlyWriteConfig);
-    addRow("a mode word behind an unknown word", {"x", "reinstall"}, RunMode::Install);
-    addRow("an operand word behind an unknown word", {"x", "uninstallPlugin", "(xsi) /x"},
-           RunMode::Install);
-
-    addRow("an empty word", {""}, RunMode::Install);
-    addRow("capital letters", {"REINSTALL"}, RunMode::Install);
-    addRow("one capital letter", {"OnlyWriteConfig"}, RunMode::Install);
-    addRow("a capital letter before an operand", {"UninstallPlugin", "(xsi) /x"}, RunMode::Install);
-    addRow("a small letter before a list file", {"Ov3uninstall", "/list"}, RunMode::Install);
-    addRow("a word cut short", {"reinstal"}, RunMode::Install);
-    addRow("a word with more behind it", {"reinstalls"}, RunMode::Install);
-    addRow("a word with a blank before it", {" reinstall"}, RunMode::Install);
-    addRow("a word with a blank behind it", {"uninstallAllPlugins "}, RunMode::Install);
-    addRow("a word with dashes", {"--reinstall"}, RunMode::Install);
-    addRow("one opening quote", {"\"reinstall"}, RunMode::Install);
-    addRow("one closing quote", {"reinstall\""}, RunMode::Install);
-    addRow("single quotes", {"'reinstall'"}, RunMode::Install);
-    addRow("another word in double quotes", {"\"onlyWriteConfig\""}, RunMode::Install);
+    addWordsBehindWords();
+    addWordsThatAreNoMode();
 }
 
 void tst_CommandLine::wordsChooseTheMode()

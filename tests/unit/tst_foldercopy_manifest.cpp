@@ -3,15 +3,7 @@
 
 #include <QtTest>
 
-#ifdef Q_OS_LINUX
-#include <sys/inotify.h>
-#include <unistd.h>
-
-#include <cstring>
-#include <vector>
-#endif
-
-/// What a copy writes down, in which order, and what it does to a file on the way.
+/// What a copy writes down, and in which order.
 class tst_FolderCopyManifest : public QObject {
     Q_OBJECT
 
@@ -37,9 +29,6 @@ private slots:
     void logNamesAManifestThatCouldNotBeOpened();
     void earlyReturnLeavesTheManifestOpen();
     void finishedCopyClosesTheManifest();
-
-    void newFileIsCopiedRemovedAndCopiedAgain();
-    void existingFileIsRemovedAndCopiedOnce();
 };
 
 namespace {
@@ -323,77 +312,6 @@ void tst_FolderCopyManifest::finishedCopyClosesTheManifest()
         QCOMPARE(openFilesOf(sandbox), 2);
     }
     QCOMPARE(openFilesOf(sandbox), 1);
-}
-
-#ifdef Q_OS_LINUX
-namespace {
-
-/// How often a file came into a folder and how often it went.
-struct Moves {
-    int came = 0;
-    int went = 0;
-};
-
-/// Copies the sandbox's plug-in and watches the file \a name in the target, which exists.
-Moves movesDuringCopy(test::CopySandbox &sandbox, const QByteArray &name)
-{
-    const int watcher = inotify_init1(IN_NONBLOCK);
-    inotify_add_watch(watcher, QFile::encodeName(sandbox.path("host/drask")).constData(),
-                      IN_CREATE | IN_MOVED_TO | IN_DELETE | IN_MOVED_FROM);
-    sandbox.copy();
-    std::vector<char> buffer(65536);
-    const ssize_t size = read(watcher, buffer.data(), buffer.size());
-    close(watcher);
-    QByteArray events(buffer.data(), qMax(0, static_cast<int>(size)));
-
-    Moves moves;
-    while (!events.isEmpty()) {
-        inotify_event event = {};
-        constexpr int headSize = sizeof event;
-        std::memcpy(&event, events.constData(), headSize);
-        if (name == events.mid(headSize, static_cast<int>(event.len)).constData()) {
-            const bool isComing = (event.mask & (IN_CREATE | IN_MOVED_TO)) != 0;
-            ++(isComing ? moves.came : moves.went);
-        }
-        events.remove(0, headSize + static_cast<int>(event.len));
-    }
-    return moves;
-}
-
-} // namespace
-#endif
-
-void tst_FolderCopyManifest::newFileIsCopiedRemovedAndCopiedAgain()
-{
-#ifdef Q_OS_LINUX
-    test::CopySandbox sandbox;
-    sandbox.write("plugin/a.py", "a");
-    sandbox.makeFolder("host/drask");
-
-    const Moves moves = movesDuringCopy(sandbox, "a.py");
-
-    QCOMPARE(moves.came, 2);
-    QCOMPARE(moves.went, 1);
-    QCOMPARE(sandbox.manifest(), QStringList("host/drask/a.py"));
-#else
-    QSKIP("The file system is watched through inotify.");
-#endif
-}
-
-void tst_FolderCopyManifest::existingFileIsRemovedAndCopiedOnce()
-{
-#ifdef Q_OS_LINUX
-    test::CopySandbox sandbox;
-    sandbox.write("plugin/a.py", "a");
-    sandbox.write("host/drask/a.py", "old");
-
-    const Moves moves = movesDuringCopy(sandbox, "a.py");
-
-    QCOMPARE(moves.came, 1);
-    QCOMPARE(moves.went, 1);
-#else
-    QSKIP("The file system is watched through inotify.");
-#endif
 }
 
 QTEST_GUILESS_MAIN(tst_FolderCopyManifest)
