@@ -9,6 +9,7 @@
 #include <QDebug>
 #include <QProcess>
 
+#include <memory>
 #include <utility>
 
 namespace {
@@ -16,11 +17,21 @@ namespace {
 constexpr int versionFileNotWritten = 3;
 constexpr int cpuTypeTimeoutMs = 30000;
 
-/// Where the system has no room for one more process, QProcess itself takes the failure for a child
-/// with the number -1, and later ends it, which ends every process of the user. For subclasses it
-/// forks in a way that tells.
-class CpuTypeProcess // clazy:exclude=missing-qobject-macro,ctor-missing-parent-argument
-    : public QProcess { };
+/// Starts \a program, waits for its end, and returns what it wrote to its standard output.
+QByteArray outputOf(const QString &program)
+{
+    auto process = std::make_unique<QProcess>();
+    process->start(program, QStringList(), QIODevice::ReadWrite);
+    if (process->processId() == -1) {
+        // The system has no room for one more process, which QProcess takes for a child with this
+        // number. To end that child, as its destructor would, is to end every process of the user.
+        static_cast<void>(process.release());
+        return {};
+    }
+    // A program that hangs is killed when the process object goes away.
+    static_cast<void>(process->waitForFinished(cpuTypeTimeoutMs));
+    return process->readAllStandardOutput();
+}
 
 } // namespace
 
@@ -43,11 +54,7 @@ void PluginInstaller::readCPUinfo()
     if (!QFile::exists(program)) {
         return;
     }
-    CpuTypeProcess process;
-    process.start(program, QStringList(), QIODevice::ReadWrite);
-    // A program that hangs is killed when the process object goes away.
-    static_cast<void>(process.waitForFinished(cpuTypeTimeoutMs));
-    cpuType = process.readAllStandardOutput();
+    cpuType = outputOf(program);
 }
 
 int PluginInstaller::writeVersionFile(const QString &folder, const QString &version)

@@ -10,24 +10,27 @@ namespace test {
 
 namespace {
 
-/// A child process that can give up the rights of root before it becomes the program.
+/// A child process that is made ready before it becomes the program.
 class ProgramProcess : public QProcess {
 public:
-    explicit ProgramProcess(bool dropsRights)
-        : dropRights(dropsRights)
+    explicit ProgramProcess(const RunOptions &howToRun)
+        : options(howToRun)
     {
     }
 
 protected:
     void setupChildProcess() override
     {
-        if (dropRights) {
+        if (options.asOrdinaryUser) {
             becomeOrdinaryUser();
+        }
+        if (options.prepareProcess != nullptr) {
+            options.prepareProcess();
         }
     }
 
 private:
-    bool dropRights;
+    const RunOptions &options;
 };
 
 } // namespace
@@ -92,7 +95,7 @@ void Workstation::addCpuType(const QByteArray &body) const
 
 RunResult Workstation::run(const QStringList &arguments, const RunOptions &options) const
 {
-    ProgramProcess process(options.asOrdinaryUser);
+    ProgramProcess process(options);
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setProcessEnvironment(options.environment);
     process.setWorkingDirectory(options.workingFolder.isEmpty() ? tool() : options.workingFolder);

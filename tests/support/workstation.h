@@ -24,7 +24,8 @@ struct RunOptions {
     bool asOrdinaryUser = false; ///< drops the rights of root first
     int timeoutMs = 60000;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    QStringList through; ///< words of a command to run it through, such as a tracer
+    QStringList through;                ///< words of a command to run it through, such as a tracer
+    void (*prepareProcess)() = nullptr; ///< called in the new process before it is the program
 };
 
 /// An artist's machine in a sandbox: the tool's folder "tool" with the built program in it, its
