@@ -88,22 +88,93 @@ void listFiles(const QString &source, const QString &target, const QByteArray &s
 }
 
 /// The two files into which Qt writes Rhino's registry where there is no registry.
-void putRegistry(Tree &tree, const QString &pluginFile)
+void putRegistry(Tree &tree, const Studio &studio)
 {
-    const QByteArray content = "[5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20]\nFileName="
-        + pluginFile.toUtf8().replace("\xc3\xa9", "\\xe9") + "\nName=Drask\n";
-    tree["tool/HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\5.0x64\\Plug-ins"] = content;
-    tree["tool/HKEY_CURRENT_USER\\Software\\McNeel\\Rhinoceros\\5.0x64\\Plug-ins"] = content;
+    for (const char *name :
+         {"tool/HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\5.0x64\\Plug-ins",
+          "tool/HKEY_CURRENT_USER\\Software\\McNeel\\Rhinoceros\\5.0x64\\Plug-ins"}) {
+#ifdef Q_OS_LINUX
+        const QByteArray pluginFile = studio.target("rhino", "Drask.rhp").toUtf8();
+        tree[name] = "[5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20]\nFileName="
+            + QByteArray(pluginFile).replace("\xc3\xa9", "\\xe9") + "\nName=Drask\n";
+#else
+        tree[name] = studio.read(name);
+#endif
+    }
 }
 
-QStringList startLines(const Studio &studio)
+QStringList linesOfSettings(const Studio &studio)
 {
     QStringList lines{"Debug: settings loaded"};
     for (const StudioHost &host : Studio::hosts()) {
         lines += linesOfLookUp(host.key, studio.path(host.folder));
     }
-    return lines << "Debug: !!!settings local:  QVariant(QString, \"/home/ann/pr\u00f8jects\")"
-                 << "Debug: version:  24";
+    return lines;
+}
+
+QStringList linesOfFailedRemovals(const Studio &studio)
+{
+    QStringList lines;
+    for (const StudioHost &host : Studio::hosts()) {
+        const QStringList folders = host.targets();
+        for (const QString &folder : folders) {
+            lines += linesWithoutManifest('(' + host.key + ") " + studio.path(folder));
+        }
+    }
+    return lines;
+}
+
+/// The line that tells what came of the copy; none where there was nothing to copy.
+QStringList linesOfCopy(Served::Copy copy, const QString &target, const QString &manifestBefore)
+{
+    switch (copy) {
+    case Served::Copied:
+        return {"Debug: open file:  " + quoted(manifestBefore)};
+    case Served::FoundInstalled:
+        return {alreadyInstalledLine(target)};
+    case Served::LeftOut:
+        return {"Debug: only write config, do not copy files"};
+    case Served::NotShipped:
+        break;
+    }
+    return {};
+}
+
+QStringList linesOfConfig(Served::Config config)
+{
+    switch (config) {
+    case Served::ConfigMade:
+        return linesOfNewConfig();
+    case Served::ConfigChanged:
+        return {"Debug: 161 write cfg file..."};
+    case Served::ConfigKept:
+        break;
+    }
+    return {"Debug: not necessary to write cfg"};
+}
+
+QStringList linesOfPass(const Studio &studio, const Served &served,
+                        const QMap<QString, Served> &others, int code)
+{
+    QStringList lines{"Debug: !!!settings local:  QVariant(QString, \"/home/ann/pr\u00f8jects\")",
+                      "Debug: version:  24"};
+    QString manifestBefore;
+    for (const StudioHost &host : Studio::hosts()) {
+        const Served done = others.value(host.key, served);
+        const QStringList folders = host.targets();
+        for (const QString &folder : folders) {
+            const QString target = studio.path(folder);
+            lines += linesOfCopy(done.copy, target, manifestBefore) + linesOfConfig(done.config)
+                + done.hostStep;
+            if (done.copy != Served::FoundInstalled) {
+                lines << installedLine(host.key, target);
+            }
+            if (done.copy == Served::Copied) {
+                manifestBefore = target + "/uninstall.ini";
+            }
+        }
+    }
+    return lines << QStringLiteral("Debug: %1").arg(code);
 }
 
 } // namespace
@@ -218,7 +289,7 @@ Tree Studio::installed(const Tree &before) const
     userSetup += QByteArray(mayaTemplate).replace("__scriptpath__", target("maya").toUtf8());
     tree["hosts/houdini18.0/houdini.env"] += "\n#drask_installed\n"
                                              "HOUDINI_PATH = \";$HOUDINI_PATH\"\n";
-    putRegistry(tree, target("rhino", "Drask.rhp"));
+    putRegistry(tree, *this);
     tree["tool/version.txt"] = "2.3.10";
     return tree;
 }
@@ -249,30 +320,29 @@ QByteArray Studio::manifestOf(const QString &key, const QString &target) const
 
 QStringList Studio::logOfFirstRun() const
 {
-    QStringList lines = startLines(*this);
-    QString manifestBefore;
-    for (const StudioHost &host : hosts()) {
-        const QStringList folders = host.targets();
-        for (const QString &folder : folders) {
-            lines << "Debug: open file:  " + quoted(manifestBefore);
-            lines += linesOfNewConfig();
-            lines << installedLine(host.key, path(folder));
-            manifestBefore = path(folder + "/uninstall.ini");
-        }
-    }
-    return lines << "Debug: 0";
+    return logOfInstall({Served::Copied, Served::ConfigMade});
 }
 
 QStringList Studio::logOfLaterRun() const
 {
-    QStringList lines = startLines(*this);
-    for (const StudioHost &host : hosts()) {
-        const QStringList folders = host.targets();
-        for (const QString &folder : folders) {
-            lines << alreadyInstalledLine(path(folder)) << "Debug: not necessary to write cfg";
-        }
-    }
-    return lines << "Debug: 0";
+    return logOfInstall({Served::FoundInstalled, Served::ConfigKept});
+}
+
+QStringList Studio::logOfInstall(const Served &served, const QMap<QString, Served> &others,
+                                 int code) const
+{
+    return linesOfSettings(*this) + linesOfPass(*this, served, others, code);
+}
+
+QStringList Studio::logOfReinstall(const Served &served) const
+{
+    return QStringList("Debug: forceReinstall") + linesOfSettings(*this)
+        + linesOfFailedRemovals(*this) + linesOfPass(*this, served, {}, 0);
+}
+
+QStringList Studio::logOfRemovalOfAll() const
+{
+    return linesOfSettings(*this) + linesOfFailedRemovals(*this);
 }
 
 void Studio::ageHosts() const
