@@ -5,7 +5,8 @@
 
 #include <QtTest>
 
-/// The removal of plug-ins that the program installed itself.
+/// The removal of plug-ins that the program installed itself. A second removal of a host finds
+/// nothing, whatever the first one left: that is a case of its own, secondRemovalFindsNothing.
 class tst_Uninstall : public QObject {
     Q_OBJECT
 
@@ -51,14 +52,42 @@ test::Tree withoutPlugin(const test::Studio &studio, const test::Tree &tree,
     return rest;
 }
 
-QStringList logOfRemoval(const test::Studio &studio, const test::StudioHost &host)
+QStringList logOfRemoval(const test::Studio &studio, const test::StudioHost &host, int result = 0)
 {
     QStringList log = test::linesOfLookUp(host.key, studio.path(host.folder));
     const QStringList folders = host.targets();
     for (const QString &folder : folders) {
-        log += test::linesOfUninstall(studio.path(folder), 0);
+        log += test::linesOfUninstall(studio.path(folder), result);
     }
     return log;
+}
+
+/// The tree of \a workstation after its one plug-in, of one file, came into "modo (14)/x".
+test::Tree withModoInBrackets(const test::Workstation &workstation)
+{
+    test::Tree tree = workstation.tree();
+    for (const char *folder : {"modo (14)/", "modo (14)/x/", "modo (14)/x/Scripts/"}) {
+        tree[folder] = "";
+    }
+    const QString target = "modo (14)/x/Scripts/drask/";
+    tree[target] = "";
+    tree[target + "a.py"] = "a";
+    tree[target + "uninstall.ini"] = workstation.path(target + "a.py").toUtf8() + '\n';
+    tree[target + "manager.cfg"] = "\n\n" + workstation.tool("DraskDrop").toUtf8()
+        + "\n2.3.10\n\n1\n1";
+    tree["tool/version.txt"] = "2.3.10";
+    return tree;
+}
+
+/// The log of an install that copies Modo's plug-in alone.
+QStringList logOfModo(const QString &folder, const QStringList &config)
+{
+    QStringList log{"Debug: settings loaded"};
+    log += test::linesOfLookUp("modo", folder);
+    log << "Debug: !!!settings local:  QVariant(Invalid)"
+        << "Debug: version:  24"
+        << "Debug: open file:  \"\"";
+    return log << config << test::installedLine("modo", folder + "/Scripts/drask") << "Debug: 0";
 }
 
 } // namespace
@@ -66,8 +95,7 @@ QStringList logOfRemoval(const test::Studio &studio, const test::StudioHost &hos
 void tst_Uninstall::eachPluginIsRemovedAndComesBack()
 {
     const test::Studio studio;
-    const test::RunResult first = studio.run();
-    VERIFY_RUN(first, 0);
+    VERIFY_INSTALLATION(studio);
     const test::Tree installed = studio.treeWithoutLogs();
     test::Tree expected = installed;
 
@@ -77,64 +105,68 @@ void tst_Uninstall::eachPluginIsRemovedAndComesBack()
 
         VERIFY_RUN(removal, 0);
         expected = withoutPlugin(studio, expected, host);
-        QCOMPARE(test::treeDifference(studio.treeWithoutLogs(), expected), QString());
-        QCOMPARE(studio.log(), logOfRemoval(studio, host));
-        QCOMPARE(studio.errors(), QByteArray());
+        VERIFY_LEFT(studio, expected, logOfRemoval(studio, host), QByteArray());
     }
     const test::RunResult again = studio.run();
 
     VERIFY_RUN(again, 0);
-    QCOMPARE(test::treeDifference(studio.treeWithoutLogs(), installed), QString());
+    VERIFY_LEFT(studio, installed, studio.logOfFirstRun(), QByteArray());
+    VERIFY_LATER_RUN(studio, installed);
 }
 
 void tst_Uninstall::secondRemovalFindsNothing()
 {
     const test::Studio studio;
-    const test::RunResult installation = studio.run();
-    VERIFY_RUN(installation, 0);
+    VERIFY_INSTALLATION(studio);
+    const test::StudioHost modo = test::Studio::host("modo");
     const QString operand = operandFor(studio, "modo");
+    const test::Tree removed = withoutPlugin(studio, studio.treeWithoutLogs(), modo);
     const test::RunResult first = studio.run({"uninstallPlugin", operand});
     VERIFY_RUN(first, 0);
-    const test::Tree removed = studio.treeWithoutLogs();
+    VERIFY_LEFT(studio, removed, logOfRemoval(studio, modo), QByteArray());
 
     const test::RunResult second = studio.run({"uninstallPlugin", operand});
 
     VERIFY_RUN(second, 0);
-    QCOMPARE(test::treeDifference(studio.treeWithoutLogs(), removed), QString());
-    QCOMPARE(studio.log(),
-             test::linesOfLookUp("modo", studio.path(test::Studio::host("modo").folder))
-                 + test::linesWithoutManifest(studio.target("modo")));
+    VERIFY_LEFT(studio, removed,
+                test::linesOfLookUp("modo", studio.path(modo.folder))
+                    + test::linesWithoutManifest(studio.target("modo")),
+                QByteArray());
 }
 
 void tst_Uninstall::mayaShelfGoesWithThePlugin()
 {
     const test::Studio studio;
-    const test::RunResult installation = studio.run();
-    VERIFY_RUN(installation, 0);
-    const QString shelves = test::Studio::host("maya").folder + "/prefs/shelves/";
+    VERIFY_INSTALLATION(studio);
+    const test::StudioHost maya = test::Studio::host("maya");
+    const QString shelves = maya.folder + "/prefs/shelves/";
     studio.write(shelves + "shelf_DraskGrex.mel", "made by the plug-in");
     studio.write(shelves + "shelf_Own.mel", "mine");
+    test::Tree expected = withoutPlugin(studio, studio.treeWithoutLogs(), maya);
+    expected.remove(shelves + "shelf_DraskGrex.mel");
 
     const test::RunResult removal = studio.run({"uninstallPlugin", operandFor(studio, "maya")});
 
     VERIFY_RUN(removal, 0);
-    QCOMPARE(test::readTree(studio.path(shelves)).keys(), QStringList("shelf_Own.mel"));
+    VERIFY_LEFT(studio, expected, logOfRemoval(studio, maya), QByteArray());
 }
 
 void tst_Uninstall::artistsFilesInThePluginFolderStay()
 {
     const test::Studio studio;
-    const test::RunResult installation = studio.run();
-    VERIFY_RUN(installation, 0);
-    const QString folder = test::Studio::host("modo").targets().first();
+    VERIFY_INSTALLATION(studio);
+    const test::StudioHost modo = test::Studio::host("modo");
+    const QString folder = modo.targets().first();
+    test::Tree expected = withoutPlugin(studio, studio.treeWithoutLogs(), modo);
     studio.write(folder + "/icons/own.png", "mine");
     studio.write(folder + "/drask.pyc", "compiled");
+    expected[folder + "/icons/own.png"] = "mine";
+    expected[folder + "/drask.pyc"] = "compiled";
 
     const test::RunResult removal = studio.run({"uninstallPlugin", operandFor(studio, "modo")});
 
     VERIFY_RUN(removal, 0);
-    QCOMPARE(test::readTree(studio.path(folder)).keys(),
-             QStringList({"drask.pyc", "drask_uninstall.sh", "icons/", "icons/own.png"}));
+    VERIFY_LEFT(studio, expected, logOfRemoval(studio, modo), QByteArray());
 }
 
 void tst_Uninstall::folderWithBracketsIsFound()
@@ -142,85 +174,94 @@ void tst_Uninstall::folderWithBracketsIsFound()
     // The last bracket ends the key, so this folder is cut; the manager avoids such folders.
     test::Workstation workstation;
     workstation.addPlugin("modo", {{"a.py", "a"}});
-    workstation.addHost("modo", workstation.path("modo (14)/x"));
-    workstation.writeSettings();
-    const test::RunResult installation = workstation.run();
-    VERIFY_RUN(installation, 0);
-    const test::Tree installed = workstation.treeWithoutLogs();
     const QString folder = workstation.path("modo (14)/x");
+    workstation.addHost("modo", folder);
+    workstation.writeSettings();
+    const test::Tree expected = withModoInBrackets(workstation);
+    VERIFY_RUN(workstation.run(), 0);
+    VERIFY_LEFT(workstation, expected, logOfModo(folder, test::linesOfNewConfig()), QByteArray());
+    // Without a version in the settings, none is never the right one: it is copied again.
+    VERIFY_RUN(workstation.run(), 0);
+    VERIFY_LEFT(workstation, expected, logOfModo(folder, {"Debug: not necessary to write cfg"}),
+                QByteArray());
 
     const test::RunResult removal = workstation.run({"uninstallPlugin", "(modo) " + folder});
 
     VERIFY_RUN(removal, 0);
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), installed), QString());
     const QString key = "modo) " + workstation.path("modo (14");
-    QCOMPARE(workstation.log(),
-             test::linesOfLookUp(key, "x") + QStringList("Debug: nothing to uninstall for  \"x\""));
+    VERIFY_LEFT(workstation, expected,
+                test::linesOfLookUp(key, "x")
+                    + QStringList("Debug: nothing to uninstall for  \"x\""),
+                QByteArray());
 }
 
 void tst_Uninstall::unknownKeyRemovesFromTheFolderItself()
 {
     const test::Studio studio;
-    const test::RunResult installation = studio.run();
-    VERIFY_RUN(installation, 0);
-    const test::Tree installed = studio.treeWithoutLogs();
-    const test::StudioHost host = test::Studio::host("modo");
+    VERIFY_INSTALLATION(studio);
+    const QString folder = studio.target("modo");
+    const test::Tree expected = withoutPlugin(studio, studio.treeWithoutLogs(),
+                                              test::Studio::host("modo"));
 
-    const test::RunResult removal = studio.run(
-        {"uninstallPlugin", "(unknown) " + studio.target("modo")});
+    const test::RunResult removal = studio.run({"uninstallPlugin", "(unknown) " + folder});
 
     VERIFY_RUN(removal, 0);
-    QCOMPARE(test::treeDifference(studio.treeWithoutLogs(), withoutPlugin(studio, installed, host)),
-             QString());
+    VERIFY_LEFT(studio, expected,
+                test::linesOfLookUp("unknown", folder) + test::linesOfUninstall(folder, 0),
+                QByteArray());
 }
 
 void tst_Uninstall::hostIsFoundWithoutSettings()
 {
     const test::Studio studio;
-    const test::RunResult installation = studio.run();
-    VERIFY_RUN(installation, 0);
-    studio.remove("tool/settings.ini");
-    studio.remove("tool/plugins/3ds/drask.py");
-    const QString operand = operandFor(studio, "3dsmax");
+    VERIFY_INSTALLATION(studio);
+    const test::StudioHost max = test::Studio::host("3dsmax");
+    test::Tree expected = withoutPlugin(studio, studio.treeWithoutLogs(), max);
+    for (const char *name : {"tool/settings.ini", "tool/plugins/3ds/drask.py"}) {
+        studio.remove(name);
+        expected.remove(name);
+    }
 
-    const test::RunResult removal = studio.run({"uninstallPlugin", operand});
+    const test::RunResult removal = studio.run({"uninstallPlugin", operandFor(studio, "3dsmax")});
 
     VERIFY_RUN(removal, 0);
-    const QStringList folders = test::Studio::host("3dsmax").targets();
-    for (const QString &folder : folders) {
-        QCOMPARE(test::readTree(studio.path(folder)).keys(),
-                 QStringList({"drask_uninstall.sh", "icons/"}));
-    }
+    VERIFY_LEFT(studio, expected, logOfRemoval(studio, max), QByteArray());
 }
 
 void tst_Uninstall::fileThatCannotBeDeletedIsReportedByTheCode()
 {
     const test::Studio studio;
-    const test::RunResult installation = studio.run();
-    VERIFY_RUN(installation, 0);
-    const QString folder = test::Studio::host("modo").targets().first();
+    VERIFY_INSTALLATION(studio);
+    const test::StudioHost modo = test::Studio::host("modo");
+    const QString folder = modo.targets().first();
+    test::Tree expected = withoutPlugin(studio, studio.treeWithoutLogs(), modo);
     studio.remove(folder + "/drask.py");
     studio.write(folder + "/drask.py/own.txt", "mine");
+    expected[folder + "/drask.py/"] = "";
+    expected[folder + "/drask.py/own.txt"] = "mine";
 
     const test::RunResult removal = studio.run({"uninstallPlugin", operandFor(studio, "modo")});
 
     VERIFY_RUN(removal, 2);
-    QCOMPARE(test::readTree(studio.path(folder)).keys(),
-             QStringList({"drask.py/", "drask.py/own.txt", "drask_uninstall.sh", "icons/"}));
-    QCOMPARE(studio.log().constLast(), QString("Debug: uninstallPlugin  2"));
-    QCOMPARE(studio.errors(), QByteArray());
+    VERIFY_LEFT(studio, expected, logOfRemoval(studio, modo, 2), QByteArray());
 }
 
 void tst_Uninstall::readOnlyPluginFolderIsReportedByTheCode()
 {
     const test::Studio studio;
-    const test::RunResult installation = studio.run();
-    VERIFY_RUN(installation, 0);
+    VERIFY_INSTALLATION(studio);
+    const test::StudioHost modo = test::Studio::host("modo");
+    const test::Tree installed = studio.treeWithoutLogs();
+    test::Tree expected = withoutPlugin(studio, installed, modo);
+    for (auto entry = installed.cbegin(); entry != installed.cend(); ++entry) {
+        if (entry.key().startsWith(modo.targets().first() + "/icons/")) {
+            expected[entry.key()] = entry.value();
+        }
+    }
     test::giveToOrdinaryUser(studio.tool());
     QVERIFY(QFile::remove(studio.tool("plugin.log")));
-    const QString icons = studio.target("modo", "icons");
     test::giveToOrdinaryUser(studio.target("modo"));
-    const test::ReadOnly readOnly(icons);
+    const test::ReadOnly readOnly(studio.target("modo", "icons"));
     test::RunOptions options;
     options.asOrdinaryUser = true;
 
@@ -228,36 +269,21 @@ void tst_Uninstall::readOnlyPluginFolderIsReportedByTheCode()
                                                options);
 
     VERIFY_RUN(removal, 2);
-    QCOMPARE(test::readTree(studio.target("modo")).size(), 4);
-    QCOMPARE(test::readTree(icons).size(), 2);
-    QCOMPARE(studio.log().constLast(), QString("Debug: uninstallPlugin  2"));
+    VERIFY_LEFT(studio, expected, logOfRemoval(studio, modo, 2), QByteArray());
 }
 
 void tst_Uninstall::removalOfAllRemovesNothing()
 {
     const test::Studio studio;
-    const test::RunResult installation = studio.run();
-    VERIFY_RUN(installation, 0);
+    VERIFY_INSTALLATION(studio);
     const test::Tree installed = studio.treeWithoutLogs();
     studio.ageHosts();
 
-    const test::RunResult removal = studio.run({"uninstallAllPlugins"});
-
-    VERIFY_RUN(removal, 0);
-    QCOMPARE(test::treeDifference(studio.treeWithoutLogs(), installed), QString());
-    QCOMPARE(studio.writtenFiles(), QStringList());
-    QStringList log{"Debug: settings loaded"};
-    for (const test::StudioHost &host : test::Studio::hosts()) {
-        log += test::linesOfLookUp(host.key, studio.path(host.folder));
+    for (int run = 0; run < 2; ++run) {
+        VERIFY_RUN(studio.run({"uninstallAllPlugins"}), 0);
+        VERIFY_LEFT(studio, installed, studio.logOfRemovalOfAll(), QByteArray());
+        QCOMPARE(studio.writtenFiles(), QStringList());
     }
-    for (const test::StudioHost &host : test::Studio::hosts()) {
-        const QStringList folders = host.targets();
-        for (const QString &folder : folders) {
-            log += test::linesWithoutManifest('(' + host.key + ") " + studio.path(folder));
-        }
-    }
-    QCOMPARE(studio.log(), log);
-    QCOMPARE(studio.errors(), QByteArray());
 }
 
 QTEST_GUILESS_MAIN(tst_Uninstall)
