@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: MIT
-#include "expectedlog.h"
-#include "workstation.h"
+#include "expectedpass.h"
+#include "failinghosts.h"
 
 #include <QtTest>
 
+using test::installedLine;
+using test::linesOfConfig;
 using test::linesOfLookUp;
+using test::linesOfNewConfig;
+using test::linesOfRun;
 using test::linesOfUninstall;
 using test::linesWithoutManifest;
+using test::openFileLine;
+using test::Run;
 
 /// Every row of the exit-code table, and what the user is told.
 class tst_ModesExitCodes : public QObject {
@@ -29,33 +35,6 @@ namespace {
 
 const char modoFolder[] = "modo/Scripts/drask";
 
-/// Adds a host that will fail as \a failure says, or not at all. Returns the message to the user.
-QByteArray addHost(test::Workstation &workstation, const QString &failure, int number)
-{
-    const QString name = QStringLiteral("host %1").arg(number);
-    const QByteArray folder = workstation.path(name).toUtf8();
-    workstation.makeFolder(name);
-    if (failure == "copy") {
-        workstation.addHost("clarisse", folder);
-        return "Could not copy file to: \n" + folder + "/drask\n";
-    }
-    if (failure == "config") {
-        workstation.makeFolder(name + "/Scripts/drask/manager.cfg");
-        workstation.addHost("modo", folder);
-        return "Could not write config file in: \n" + folder + "/Scripts/draskmanager.cfg\n";
-    }
-    if (failure == "maya") {
-        workstation.addHost("maya", folder);
-        return "Could not copy userSetup.py file to: " + folder + "/scripts/drask\n";
-    }
-    if (failure == "unknown") {
-        workstation.addHost("nuke", folder);
-        return "Could not copy file to: \n" + folder + "\n";
-    }
-    workstation.addHost("modo", folder);
-    return QByteArray();
-}
-
 /// Makes an installed plug-in whose uninstallation fails with 2: a folder is listed.
 void installUndeletable(const test::Workstation &workstation, const QString &folder)
 {
@@ -64,12 +43,19 @@ void installUndeletable(const test::Workstation &workstation, const QString &fol
     workstation.write(folder + "/uninstall.ini", workstation.path(folder + "/a.py\n").toUtf8());
 }
 
-/// Makes a folder of the working directory \a desk bear the name that key and folder of a host make
-/// together, so that the uninstallation of all hosts has something to fail with.
-void installUndeletableByName(const test::Workstation &workstation, const QString &key,
-                              const QString &folder)
+/// What its uninstallation leaves of it.
+void removeAllButUndeletable(test::Tree &tree, const QString &folder)
 {
-    installUndeletable(workstation, "desk/(" + key + ") " + workstation.path(folder));
+    tree.remove(folder + "/manager.cfg");
+    tree.remove(folder + "/uninstall.ini");
+}
+
+/// A folder of the working directory that bears the name that key and folder of a host make
+/// together, so that the uninstallation of all hosts has something to fail with.
+QString undeletableByName(const test::Workstation &workstation, const QString &key,
+                          const QString &folder)
+{
+    return "desk/(" + key + ") " + workstation.path(folder);
 }
 
 test::RunOptions atTheDesk(const test::Workstation &workstation)
@@ -79,6 +65,63 @@ test::RunOptions atTheDesk(const test::Workstation &workstation)
     options.workingFolder = workstation.path("desk");
     return options;
 }
+
+/// A host to be reinstalled from the desk, where either half of it may fail.
+class OneModo : public test::Workstation {
+public:
+    OneModo(bool uninstallFails, bool configFails)
+        : failsToUninstall(uninstallFails)
+        , failsToConfigure(configFails)
+    {
+        addPlugin("modo", {{"a.py", "new"}});
+        addHost("modo", path("modo"));
+        writeSettings();
+        if (uninstallFails) {
+            installUndeletable(*this, undeletableByName(*this, "modo", modoFolder));
+        }
+        if (configFails) {
+            makeFolder(QString(modoFolder) + "/manager.cfg");
+        }
+    }
+
+    QByteArray expectedErrors() const
+    {
+        return failsToConfigure
+            ? "Could not write config file in: \n" + path(modoFolder).toUtf8() + "manager.cfg\n"
+            : QByteArray();
+    }
+
+    test::Tree expectedTree() const
+    {
+        const QString place = QString(modoFolder) + '/';
+        test::Tree expected = tree();
+        removeAllButUndeletable(expected, undeletableByName(*this, "modo", modoFolder));
+        expected["tool/version.txt"] = "2.3.10";
+        test::addWithFolders(expected, place + "a.py", "new");
+        expected[place + "uninstall.ini"] = path(place + "a.py\n").toUtf8();
+        if (!failsToConfigure) {
+            expected[place + "manager.cfg"] = test::configOf(*this);
+        }
+        return expected;
+    }
+
+    QStringList expectedLog(Run run, int exitCode) const
+    {
+        const QString named = "(modo) " + path(modoFolder);
+        const QStringList pass = QStringList(openFileLine())
+            + (failsToConfigure ? linesOfNewConfig() : linesOfConfig(run))
+            + QStringList({installedLine("modo", path(modoFolder)),
+                           QStringLiteral("Debug: %1").arg(exitCode)});
+        return linesOfRun(RunMode::Reinstall, linesOfLookUp("modo", path("modo")),
+                          failsToUninstall && run == Run::First ? linesOfUninstall(named, 2)
+                                                                : linesWithoutManifest(named),
+                          pass);
+    }
+
+private:
+    bool failsToUninstall;
+    bool failsToConfigure;
+};
 
 } // namespace
 
@@ -103,24 +146,14 @@ void tst_ModesExitCodes::lastFailureOfThePassDecides()
 {
     QFETCH(QStringList, failures);
     QFETCH(int, exitCode);
-    test::Workstation workstation;
-    workstation.addPlugin("modo", {});
-    workstation.addPlugin("maya", {});
-    QByteArray messages;
-    int number = 0;
-    for (const QString &failure : failures) {
-        messages += addHost(workstation, failure, number++);
+    const test::FailingHosts workstation(failures);
+    const test::Tree expected = workstation.expectedTree();
+
+    for (const Run run : {Run::First, Run::Second}) {
+        VERIFY_RUN(workstation.run(), exitCode);
+        VERIFY_LEFT(workstation, expected, workstation.expectedLog(run, exitCode),
+                    workstation.expectedErrors());
     }
-    workstation.writeSettings();
-
-    VERIFY_RUN(workstation.run(), exitCode);
-    const test::Tree once = workstation.treeWithoutLogs();
-    QCOMPARE(workstation.errors(), messages);
-    QCOMPARE(workstation.log().last(), QStringLiteral("Debug: %1").arg(exitCode));
-
-    VERIFY_RUN(workstation.run(), exitCode);
-    QCOMPARE(workstation.errors(), messages);
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), once), QString());
 }
 
 void tst_ModesExitCodes::failedUninstallationIsReturned()
@@ -128,27 +161,39 @@ void tst_ModesExitCodes::failedUninstallationIsReturned()
     const test::Workstation workstation;
     installUndeletable(workstation, modoFolder);
     test::Tree expected = workstation.tree();
-    expected.remove("modo/Scripts/drask/manager.cfg");
-    expected.remove("modo/Scripts/drask/uninstall.ini");
+    removeAllButUndeletable(expected, modoFolder);
     const QString host = workstation.path("modo");
+    const QString target = workstation.path(modoFolder);
 
     VERIFY_RUN(workstation.run({"uninstallPlugin", "(modo) " + host}), 2);
+    VERIFY_LEFT(workstation, expected, linesOfLookUp("modo", host) + linesOfUninstall(target, 2),
+                QByteArray());
 
-    QCOMPARE(workstation.log(),
-             linesOfLookUp("modo", host) + linesOfUninstall(workstation.path(modoFolder), 2));
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-    QCOMPARE(workstation.errors(), QByteArray());
+    VERIFY_RUN(workstation.run({"uninstallPlugin", "(modo) " + host}), 0);
+    VERIFY_LEFT(workstation, expected, linesOfLookUp("modo", host) + linesWithoutManifest(target),
+                QByteArray());
 }
 
 void tst_ModesExitCodes::lastFailedUninstallationIsReturned()
 {
     const test::Workstation workstation;
+    const QString host = workstation.path("max");
     installUndeletable(workstation, "max/CHS/scripts/startup/drask");
+    test::Tree expected = workstation.tree();
+    removeAllButUndeletable(expected, "max/CHS/scripts/startup/drask");
+    QStringList log = linesOfLookUp("3dsmax", host)
+        + linesOfUninstall(host + "/CHS/scripts/startup/drask", 2);
+    for (const char *language : {"DEU", "ENU", "FRA", "JPN", "KOR"}) {
+        log += linesWithoutManifest(host + '/' + language + "/scripts/startup/drask");
+    }
+
+    const QStringList arguments{"uninstallPlugin", "(3dsmax) " + host};
 
     // The languages behind it have nothing to uninstall, which is no success to be returned.
-    VERIFY_RUN(workstation.run({"uninstallPlugin", "(3dsmax) " + workstation.path("max")}), 2);
+    VERIFY_RUN(workstation.run(arguments), 2);
+    VERIFY_LEFT(workstation, expected, log, QByteArray());
 
-    QCOMPARE(workstation.log().last(), QString("Debug: uninstallPlugin  0"));
+    VERIFY_RERUN(workstation, arguments, test::RunOptions(), 0);
 }
 
 void tst_ModesExitCodes::uninstallAllReturnsItsLastFailure_data()
@@ -171,27 +216,34 @@ void tst_ModesExitCodes::uninstallAllReturnsItsLastFailure()
     workstation.addHost("modo", workstation.path("modo"));
     workstation.addHost("clarisse", workstation.path("clarisse"));
     workstation.writeSettings();
-    QStringList log = QStringList("Debug: settings loaded")
-        + linesOfLookUp("modo", workstation.path("modo"))
-        + linesOfLookUp("clarisse", workstation.path("clarisse"));
+    const test::RunOptions options = atTheDesk(workstation);
+    QStringList removals;
+    QStringList failed;
     for (const QString &key : {QString("modo"), QString("clarisse")}) {
         const QString folder = key == "modo" ? modoFolder : "clarisse/drask";
         const QString named = "(" + key + ") " + workstation.path(folder);
         if (failing.contains(key)) {
-            installUndeletableByName(workstation, key, folder);
-            log += linesOfUninstall(named, 2);
+            failed << undeletableByName(workstation, key, folder);
+            installUndeletable(workstation, failed.last());
+            removals += linesOfUninstall(named, 2);
         } else {
-            log += linesWithoutManifest(named);
+            removals += linesWithoutManifest(named);
         }
     }
+    test::Tree expected = workstation.tree();
+    for (const QString &folder : failed) {
+        removeAllButUndeletable(expected, folder);
+    }
 
-    VERIFY_RUN(workstation.run({"uninstallAllPlugins"}, atTheDesk(workstation)), exitCode);
+    VERIFY_RUN(workstation.run({"uninstallAllPlugins"}, options), exitCode);
 
     // Nothing behind the uninstallation runs: no installation, no exit code in the log.
-    QCOMPARE(workstation.log(), log);
-    QCOMPARE(workstation.errors(), QByteArray());
-    QVERIFY(!workstation.exists("modo"));
-    QVERIFY(!workstation.exists("tool/version.txt"));
+    const QStringList lookUps = linesOfLookUp("modo", workstation.path("modo"))
+        + linesOfLookUp("clarisse", workstation.path("clarisse"));
+    VERIFY_LEFT(workstation, expected, linesOfRun(RunMode::UninstallAll, lookUps, removals, {}),
+                QByteArray());
+
+    VERIFY_RERUN(workstation, QStringList("uninstallAllPlugins"), options, 0);
 }
 
 void tst_ModesExitCodes::reinstallCarriesTheCodeOver_data()
@@ -199,11 +251,12 @@ void tst_ModesExitCodes::reinstallCarriesTheCodeOver_data()
     QTest::addColumn<bool>("uninstallFails");
     QTest::addColumn<bool>("configFails");
     QTest::addColumn<int>("exitCode");
+    QTest::addColumn<int>("laterExitCode"); // a failed uninstallation leaves nothing to fail with
 
-    QTest::newRow("neither half fails") << false << false << 0;
-    QTest::newRow("only the uninstallation fails") << true << false << 2;
-    QTest::newRow("only the installation fails") << false << true << 3;
-    QTest::newRow("both halves fail: the installation decides") << true << true << 3;
+    QTest::newRow("neither half fails") << false << false << 0 << 0;
+    QTest::newRow("only the uninstallation fails") << true << false << 2 << 0;
+    QTest::newRow("only the installation fails") << false << true << 3 << 3;
+    QTest::newRow("both halves fail: the installation decides") << true << true << 3 << 3;
 }
 
 void tst_ModesExitCodes::reinstallCarriesTheCodeOver()
@@ -211,22 +264,20 @@ void tst_ModesExitCodes::reinstallCarriesTheCodeOver()
     QFETCH(bool, uninstallFails);
     QFETCH(bool, configFails);
     QFETCH(int, exitCode);
-    test::Workstation workstation;
-    workstation.addPlugin("modo", {{"a.py", "new"}});
-    workstation.addHost("modo", workstation.path("modo"));
-    workstation.writeSettings();
-    if (uninstallFails) {
-        installUndeletableByName(workstation, "modo", modoFolder);
-    }
-    if (configFails) {
-        workstation.makeFolder(QString(modoFolder) + "/manager.cfg");
-    }
+    QFETCH(int, laterExitCode);
+    const OneModo workstation(uninstallFails, configFails);
+    const test::RunOptions options = atTheDesk(workstation);
+    const test::Tree expected = workstation.expectedTree();
+    const QByteArray errors = workstation.expectedErrors();
+    const QStringList log = workstation.expectedLog(Run::First, exitCode);
 
-    VERIFY_RUN(workstation.run({"reinstall"}, atTheDesk(workstation)), exitCode);
+    VERIFY_RUN(workstation.run({"reinstall"}, options), exitCode);
+    VERIFY_LEFT(workstation, expected, log, errors);
 
-    QCOMPARE(workstation.read(QString(modoFolder) + "/a.py"), QByteArray("new"));
-    QCOMPARE(workstation.log().last(), QStringLiteral("Debug: %1").arg(exitCode));
-    QCOMPARE(workstation.errors().isEmpty(), !configFails);
+    // Run from elsewhere, the program adds to its logs.
+    VERIFY_RUN(workstation.run({"reinstall"}, options), laterExitCode);
+    VERIFY_LEFT(workstation, expected, log + workstation.expectedLog(Run::Second, laterExitCode),
+                errors + errors);
 }
 
 void tst_ModesExitCodes::legacyRemovalAlwaysSucceeds_data()
@@ -253,11 +304,12 @@ void tst_ModesExitCodes::legacyRemovalAlwaysSucceeds()
         expected.remove("modo/drask/logo.jpg");
     }
 
-    VERIFY_RUN(workstation.run({"ov3uninstall", workstation.path(list)}), 0);
+    const QStringList arguments{"ov3uninstall", workstation.path(list)};
 
-    QCOMPARE(workstation.log(), QStringList("Debug: 0"));
-    QCOMPARE(workstation.errors(), QByteArray());
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+    VERIFY_RUN(workstation.run(arguments), 0);
+    VERIFY_LEFT(workstation, expected, QStringList("Debug: 0"), QByteArray());
+
+    VERIFY_RERUN(workstation, arguments, test::RunOptions(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_ModesExitCodes)
