@@ -1,11 +1,21 @@
 // SPDX-License-Identifier: MIT
-#include "expectedlog.h"
-#include "workstation.h"
+#include "expectedpass.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
 
+Q_DECLARE_METATYPE(RunMode)
+
+using test::configOf;
+using test::installedLine;
+using test::linesOfConfig;
 using test::linesOfLookUp;
+using test::linesOfPassStart;
+using test::linesOfRun;
+using test::linesOfSettings;
+using test::linesWithoutManifest;
+using test::openFileLine;
+using test::Run;
 
 /// What the manager's settings make of a run.
 class tst_ModesSettings : public QObject {
@@ -31,18 +41,18 @@ namespace {
 
 const char obstacle[] = "a folder in the file's place";
 
-QByteArray configOf(const test::Workstation &workstation, const QByteArray &user = "",
-                    const QByteArray &projects = "", const QByteArray &textures = "1")
-{
-    return user + '\n' + projects + '\n' + workstation.tool("DraskDrop").toUtf8()
-        + "\n2.3.10\n\n1\n" + textures;
-}
-
 /// One entry of the array "pluginpaths".
 QByteArray entry(int number, const QByteArray &key, const QByteArray &folder)
 {
     const QByteArray name = QByteArray::number(number) + '\\';
     return name + "application=" + key + '\n' + name + "path=\"" + folder + "\"\n";
+}
+
+/// A projects folder as the log shows it; \a folder is empty when none is set.
+QString shown(const QByteArray &folder)
+{
+    return folder.isEmpty() ? "QVariant(Invalid)"
+                            : "QVariant(QString, " + test::quoted(QString::fromUtf8(folder)) + ')';
 }
 
 QByteArray randomBytes(quint32 seed)
@@ -53,6 +63,58 @@ QByteArray randomBytes(quint32 seed)
         byte = static_cast<char>(generator.bounded(256));
     }
     return bytes;
+}
+
+/// A host whose plug-in is copied, behind one that \a manifestBefore belongs to.
+QStringList linesOfHost(const QString &key, const QString &target, Run run,
+                        const QString &manifestBefore = QString())
+{
+    return QStringList(openFileLine(manifestBefore)) + linesOfConfig(run)
+        + QStringList(installedLine(key, target));
+}
+
+using Entries = QList<QPair<QString, QString>>; // keys and folders
+
+/// An installation for all \a entries, of which those without a slash in the folder are useless.
+QStringList linesOfEntries(const Entries &entries, Run run)
+{
+    QStringList lookUps;
+    QStringList pass;
+    QString manifest;
+    for (const auto &[key, folder] : entries) {
+        lookUps += linesOfLookUp(key, folder);
+        if (folder.contains('/')) {
+            pass += linesOfHost(key, folder, run, manifest);
+            manifest = folder + "/uninstall.ini";
+        } else {
+            pass << "Debug: nothing to copy for  " + test::quoted(key);
+        }
+    }
+    return linesOfRun(RunMode::Install, lookUps, {}, pass << "Debug: 0");
+}
+
+/// The files of a plug-in in \a folder that has none of its own.
+void addEmptyPlugin(test::Tree &expected, const test::Workstation &workstation,
+                    const QString &folder)
+{
+    test::addWithFolders(expected, folder + "/uninstall.ini");
+    expected[folder + "/manager.cfg"] = configOf(workstation);
+}
+
+/// What each mode makes of a listed SketchUp in the folder "h", and the operand of a host that is
+/// not there.
+QStringList linesOfMode(const test::Workstation &workstation, RunMode mode, Run run)
+{
+    if (mode == RunMode::UninstallPlugin) {
+        return linesOfLookUp("sketchup", "/nowhere") + linesWithoutManifest("/nowhere");
+    }
+    const QString folder = workstation.path("h");
+    QStringList pass = linesOfHost("sketchup", folder, run);
+    if (mode == RunMode::OnlyWriteConfig) {
+        pass.first() = "Debug: only write config, do not copy files";
+    }
+    return linesOfRun(mode, linesOfLookUp("sketchup", folder),
+                      linesWithoutManifest("(sketchup) " + folder), pass << "Debug: 0");
 }
 
 } // namespace
@@ -103,21 +165,23 @@ void tst_ModesSettings::settingsReachTheConfiguration()
     workstation.write("tool/settings.ini",
                       settings + "[pluginpaths]\nsize=1\n"
                           + entry(1, "modo", workstation.path("modo").toUtf8()));
+    const QString target = workstation.path("modo/Scripts/drask");
     test::Tree expected = workstation.tree();
     expected["tool/version.txt"] = "2.3.10";
-    expected.insert("modo/", "");
-    expected.insert("modo/Scripts/", "");
-    expected.insert("modo/Scripts/drask/", "");
-    expected["modo/Scripts/drask/uninstall.ini"] = "";
+    addEmptyPlugin(expected, workstation, "modo/Scripts/drask");
     expected["modo/Scripts/drask/manager.cfg"] = configOf(workstation, user, projects, textures);
+    const QStringList start = linesOfSettings(RunMode::Install)
+        + linesOfLookUp("modo", workstation.path("modo")) + linesOfPassStart(shown(projects));
 
     VERIFY_RUN(workstation.run(), 0);
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+    VERIFY_LEFT(workstation, expected,
+                start + linesOfHost("modo", target, Run::First) << "Debug: 0", QByteArray());
 
     workstation.age("modo/Scripts/drask/manager.cfg");
     VERIFY_RUN(workstation.run(), 0);
     QVERIFY(workstation.isAged("modo/Scripts/drask/manager.cfg"));
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+    VERIFY_LEFT(workstation, expected,
+                start + linesOfHost("modo", target, Run::Second) << "Debug: 0", QByteArray());
 }
 
 void tst_ModesSettings::projectsFolderIsLogged()
@@ -125,13 +189,16 @@ void tst_ModesSettings::projectsFolderIsLogged()
     const test::Workstation workstation;
     workstation.write("tool/settings.ini",
                       "[PathOptions]\nlocalProjectsFolder=/p r/\xc3\xb6 \xe6\x97\xa5\n");
+    test::Tree expected = workstation.tree();
+    expected["tool/version.txt"] = "2.3.10";
+    const QStringList log{"Debug: settings loaded",
+                          "Debug: !!!settings local:  QVariant(QString, \"/p r/ö 日\")",
+                          "Debug: version:  24", "Debug: 0"};
 
-    VERIFY_RUN(workstation.run(), 0);
-
-    const QString shown = "QVariant(QString, \"/p r/ö 日\")";
-    QCOMPARE(workstation.log(),
-             QStringList({"Debug: settings loaded", "Debug: !!!settings local:  " + shown,
-                          "Debug: version:  24", "Debug: 0"}));
+    for (int run = 1; run <= 2; ++run) {
+        VERIFY_RUN(workstation.run(), 0);
+        VERIFY_LEFT(workstation, expected, log, QByteArray());
+    }
 }
 
 void tst_ModesSettings::hostFoldersAreUtf8_data()
@@ -160,15 +227,15 @@ void tst_ModesSettings::hostFoldersAreUtf8()
                           + entry(1, "sketchup", workstation.path("").toUtf8() + '/' + written));
     test::Tree expected = workstation.tree();
     expected["tool/version.txt"] = "2.3.10";
-    expected.insert(folder + '/', "");
+    const QString host = workstation.path(folder);
+    addEmptyPlugin(expected, workstation, folder);
     expected[folder + "/ä.rb"] = "a";
-    expected[folder + "/uninstall.ini"] = workstation.path(folder + "/ä.rb\n").toUtf8();
-    expected[folder + "/manager.cfg"] = configOf(workstation);
+    expected[folder + "/uninstall.ini"] = (host + "/ä.rb\n").toUtf8();
 
-    VERIFY_RUN(workstation.run(), 0);
-
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-    QVERIFY(workstation.log().contains(test::installedLine("sketchup", workstation.path(folder))));
+    for (const Run run : {Run::First, Run::Second}) {
+        VERIFY_RUN(workstation.run(), 0);
+        VERIFY_LEFT(workstation, expected, linesOfEntries({{"sketchup", host}}, run), QByteArray());
+    }
 }
 
 void tst_ModesSettings::uselessEntryDoesNotDisturbTheNext_data()
@@ -204,22 +271,14 @@ void tst_ModesSettings::uselessEntryDoesNotDisturbTheNext()
                           + entry(3, "sketchup", third.toUtf8()));
     test::Tree expected = workstation.tree();
     expected["tool/version.txt"] = "2.3.10";
-    for (const QString &folder : {QString("first/"), QString("third/")}) {
-        expected.insert(folder, "");
-        expected[folder + "uninstall.ini"] = "";
-        expected[folder + "manager.cfg"] = configOf(workstation);
+    addEmptyPlugin(expected, workstation, "first");
+    addEmptyPlugin(expected, workstation, "third");
+    const Entries entries{{"sketchup", first}, {key, path}, {"sketchup", third}};
+
+    for (const Run run : {Run::First, Run::Second}) {
+        VERIFY_RUN(workstation.run(), 0);
+        VERIFY_LEFT(workstation, expected, linesOfEntries(entries, run), QByteArray());
     }
-
-    VERIFY_RUN(workstation.run(), 0);
-
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-    QCOMPARE(workstation.errors(), QByteArray());
-    const QStringList log = workstation.log();
-    QCOMPARE(log.mid(1, 6),
-             linesOfLookUp("sketchup", first) + linesOfLookUp(key, path)
-                 + linesOfLookUp("sketchup", third));
-    QCOMPARE(log.filter("nothing to copy for"),
-             QStringList("Debug: nothing to copy for  " + test::quoted(key)));
 }
 
 void tst_ModesSettings::sizeOfTheArrayDecides_data()
@@ -244,51 +303,66 @@ void tst_ModesSettings::sizeOfTheArrayDecides()
     QFETCH(int, entries);
     const test::Workstation workstation;
     workstation.addPlugin("sketchup", {});
-    const QStringList folders{workstation.path("one"), workstation.path("two")};
+    const QStringList listed{"one", "two"};
     workstation.write("tool/settings.ini",
-                      "[pluginpaths]\n" + entry(1, "sketchup", folders.at(0).toUtf8())
-                          + entry(2, "sketchup", folders.at(1).toUtf8()) + size);
-    QStringList lookUps("Debug: settings loaded");
-    for (int i = 0; i < entries; ++i) {
-        lookUps += i < 2 ? linesOfLookUp("sketchup", folders.at(i)) : linesOfLookUp("", "");
+                      "[pluginpaths]\n" + entry(1, "sketchup", workstation.path("one").toUtf8())
+                          + entry(2, "sketchup", workstation.path("two").toUtf8()) + size);
+    test::Tree expected = workstation.tree();
+    expected["tool/version.txt"] = "2.3.10";
+    Entries read;
+    for (const QString &name : listed.mid(0, entries)) {
+        read.append({"sketchup", workstation.path(name)});
+        addEmptyPlugin(expected, workstation, name);
+    }
+    while (read.size() < entries) {
+        read.append({QString(), QString()});
     }
 
-    VERIFY_RUN(workstation.run(), 0);
-
-    const QStringList log = workstation.log();
-    QCOMPARE(log.mid(0, lookUps.size()), lookUps);
-    QCOMPARE(log.value(lookUps.size()), QString("Debug: !!!settings local:  QVariant(Invalid)"));
-    QCOMPARE(log.filter("nothing to copy for  \"\"").size(), qMax(0, entries - 2));
-    QCOMPARE(workstation.exists("one/manager.cfg"), entries > 0);
-    QCOMPARE(workstation.exists("two/manager.cfg"), entries > 1);
+    for (const Run run : {Run::First, Run::Second}) {
+        VERIFY_RUN(workstation.run(), 0);
+        VERIFY_LEFT(workstation, expected, linesOfEntries(read, run), QByteArray());
+    }
 }
 
 void tst_ModesSettings::settingsAreNeverWritten_data()
 {
     QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<RunMode>("mode");
 
-    QTest::newRow("install") << QStringList();
-    QTest::newRow("only write config") << QStringList("onlyWriteConfig");
-    QTest::newRow("reinstall") << QStringList("reinstall");
-    QTest::newRow("uninstall all plug-ins") << QStringList("uninstallAllPlugins");
-    QTest::newRow("uninstall a plug-in") << QStringList({"uninstallPlugin", "(sketchup) /nowhere"});
+    QTest::newRow("install") << QStringList() << RunMode::Install;
+    QTest::newRow("only write config")
+        << QStringList("onlyWriteConfig") << RunMode::OnlyWriteConfig;
+    QTest::newRow("reinstall") << QStringList("reinstall") << RunMode::Reinstall;
+    QTest::newRow("uninstall all plug-ins")
+        << QStringList("uninstallAllPlugins") << RunMode::UninstallAll;
+    QTest::newRow("uninstall a plug-in")
+        << QStringList({"uninstallPlugin", "(sketchup) /nowhere"}) << RunMode::UninstallPlugin;
 }
 
 void tst_ModesSettings::settingsAreNeverWritten()
 {
     QFETCH(QStringList, arguments);
+    QFETCH(RunMode, mode);
     const test::Workstation workstation;
     workstation.addPlugin("sketchup", {});
     workstation.write("tool/settings.ini",
                       "; by hand\n[UserData]\nloggedOut = true\n\n[pluginpaths]\nsize=1\n"
                           + entry(1, "sketchup", workstation.path("h").toUtf8()));
-    const QByteArray before = workstation.read("tool/settings.ini");
+    test::Tree expected = workstation.tree();
+    if (test::installs(mode)) {
+        expected["tool/version.txt"] = "2.3.10";
+        addEmptyPlugin(expected, workstation, "h");
+    }
+    if (mode == RunMode::OnlyWriteConfig) {
+        expected.remove("h/uninstall.ini");
+    }
     workstation.age("tool/settings.ini");
 
-    VERIFY_RUN(workstation.run(arguments), 0);
-
-    QCOMPARE(workstation.read("tool/settings.ini"), before);
-    QVERIFY(workstation.isAged("tool/settings.ini"));
+    for (const Run run : {Run::First, Run::Second}) {
+        VERIFY_RUN(workstation.run(arguments), 0);
+        QVERIFY(workstation.isAged("tool/settings.ini"));
+        VERIFY_LEFT(workstation, expected, linesOfMode(workstation, mode, run), QByteArray());
+    }
 }
 
 void tst_ModesSettings::unusableSettingsAreNoFailure_data()
@@ -314,12 +388,11 @@ void tst_ModesSettings::unusableSettingsAreNoFailure()
     test::Tree expected = workstation.tree();
     expected["tool/version.txt"] = "2.3.10";
 
-    VERIFY_RUN(workstation.run(), 0);
-
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-    QCOMPARE(workstation.log(),
-             QStringList({"Debug: settings loaded", "Debug: !!!settings local:  QVariant(Invalid)",
-                          "Debug: version:  24", "Debug: 0"}));
+    for (int run = 1; run <= 2; ++run) {
+        VERIFY_RUN(workstation.run(), 0);
+        VERIFY_LEFT(workstation, expected, linesOfRun(RunMode::Install, {}, {}, {"Debug: 0"}),
+                    QByteArray());
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_ModesSettings)
