@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "expectedlog.h"
-#include "workstation.h"
+#include "expectedpass.h"
 
 #include <QtTest>
 
+Q_DECLARE_METATYPE(RunMode)
+
+using test::installedLine;
 using test::linesOfLookUp;
+using test::linesOfRun;
 using test::linesOfUninstall;
 using test::linesWithoutManifest;
 using test::quoted;
+using test::Run;
 
 /// The modes that uninstall, and the operand of the one that takes a host.
 class tst_ModesUninstall : public QObject {
@@ -46,6 +50,42 @@ QStringList nothingToUninstall(const QString &folder)
     return {"Debug: nothing to uninstall for  " + quoted(folder)};
 }
 
+const char mayaFolder[] = "maya/scripts/drask";
+const char modoFolder[] = "modo/Scripts/drask";
+
+/// Two hosts with plug-ins that are not shipped any more.
+class InstalledHosts : public test::Workstation {
+public:
+    InstalledHosts()
+    {
+        install(*this, mayaFolder);
+        install(*this, modoFolder);
+        addHost("maya", path("maya"));
+        addHost("modo", path("modo"));
+        writeSettings();
+    }
+
+    QByteArray errorsOfReinstall() const
+    {
+        const QByteArray maya = path(mayaFolder).toUtf8();
+        return "Could not copy file to: \n" + maya + "\nCould not copy userSetup.py file to: "
+            + maya + "\nCould not copy file to: \n" + path(modoFolder).toUtf8() + '\n';
+    }
+
+    QStringList expectedLog(RunMode mode, Run run) const
+    {
+        const QString maya = path(mayaFolder);
+        const QString modo = path(modoFolder);
+        const QString config = run == Run::First ? "Debug: 161 write cfg file..."
+                                                 : "Debug: not necessary to write cfg";
+        return linesOfRun(
+            mode, linesOfLookUp("maya", path("maya")) + linesOfLookUp("modo", path("modo")),
+            linesWithoutManifest("(maya) " + maya) + linesWithoutManifest("(modo) " + modo),
+            {config, "Debug: 1635 error  " + quoted(maya + "/drask_userSetup.py"),
+             installedLine("maya", maya), config, installedLine("modo", modo), "Debug: 2"});
+    }
+};
+
 } // namespace
 
 void tst_ModesUninstall::oneHostIsUninstalled_data()
@@ -82,13 +122,10 @@ void tst_ModesUninstall::oneHostIsUninstalled()
     const QStringList lookUp = linesOfLookUp(key, workstation.path(host));
 
     VERIFY_RUN(workstation.run(arguments), 0);
-    QCOMPARE(workstation.log(), lookUp + linesOfUninstall(target, 0));
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+    VERIFY_LEFT(workstation, expected, lookUp + linesOfUninstall(target, 0), QByteArray());
 
     VERIFY_RUN(workstation.run(arguments), 0);
-    QCOMPARE(workstation.log(), lookUp + linesWithoutManifest(target));
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-    QCOMPARE(workstation.errors(), QByteArray());
+    VERIFY_LEFT(workstation, expected, lookUp + linesWithoutManifest(target), QByteArray());
 }
 
 void tst_ModesUninstall::everyLanguageOf3dsMaxIsUninstalled()
@@ -108,40 +145,42 @@ void tst_ModesUninstall::everyLanguageOf3dsMaxIsUninstalled()
                                             : linesWithoutManifest(workstation.path(folder));
     }
 
-    VERIFY_RUN(workstation.run({"uninstallPlugin", "(3dsmax) " + host}), 0);
+    const QStringList arguments{"uninstallPlugin", "(3dsmax) " + host};
 
-    QCOMPARE(workstation.log(), log);
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+    VERIFY_RUN(workstation.run(arguments), 0);
+    VERIFY_LEFT(workstation, expected, log, QByteArray());
+
+    VERIFY_RERUN(workstation, arguments, test::RunOptions(), 0);
 }
 
 void tst_ModesUninstall::allHostsKeepTheirPlugins_data()
 {
     QTest::addColumn<QString>("word");
+    QTest::addColumn<RunMode>("mode");
 
-    QTest::newRow("uninstall all plug-ins") << QString("uninstallAllPlugins");
-    QTest::newRow("reinstall") << QString("reinstall");
+    QTest::newRow("uninstall all plug-ins")
+        << QString("uninstallAllPlugins") << RunMode::UninstallAll;
+    QTest::newRow("reinstall") << QString("reinstall") << RunMode::Reinstall;
 }
 
 void tst_ModesUninstall::allHostsKeepTheirPlugins()
 {
     QFETCH(QString, word);
-    test::Workstation workstation;
-    install(workstation, "maya/scripts/drask");
-    install(workstation, "modo/Scripts/drask");
-    workstation.addHost("maya", workstation.path("maya"));
-    workstation.addHost("modo", workstation.path("modo"));
-    workstation.writeSettings();
-    const QStringList log = linesWithoutManifest("(maya) " + workstation.path("maya/scripts/drask"))
-        + linesWithoutManifest("(modo) " + workstation.path("modo/Scripts/drask"));
+    QFETCH(RunMode, mode);
+    const InstalledHosts workstation;
+    test::Tree expected = workstation.tree();
+    QByteArray errors;
+    if (mode == RunMode::Reinstall) {
+        expected["tool/version.txt"] = "2.3.10";
+        expected[QString(mayaFolder) + "/manager.cfg"] = test::configOf(workstation);
+        expected[QString(modoFolder) + "/manager.cfg"] = test::configOf(workstation);
+        errors = workstation.errorsOfReinstall();
+    }
 
     // Without shipped plug-ins a reinstallation fails, which leaves the old files to be seen.
-    VERIFY_RUN(workstation.run({word}), word == "reinstall" ? 2 : 0);
-
-    QVERIFY(workstation.log().join('\n').contains(log.join('\n')));
-    for (const char *folder : {"maya/scripts/drask", "modo/Scripts/drask"}) {
-        QCOMPARE(workstation.read(QString(folder) + "/a.py"), QByteArray("a"));
-        QVERIFY(workstation.exists(QString(folder) + "/uninstall.ini"));
-        QVERIFY(workstation.exists(QString(folder) + "/manager.cfg"));
+    for (const Run run : {Run::First, Run::Second}) {
+        VERIFY_RUN(workstation.run({word}), mode == RunMode::Reinstall ? 2 : 0);
+        VERIFY_LEFT(workstation, expected, workstation.expectedLog(mode, run), errors);
     }
 }
 
@@ -159,11 +198,12 @@ void tst_ModesUninstall::keyAndFolderNameOneRelativeFolder()
     options.workingFolder = workstation.path("desk");
 
     VERIFY_RUN(workstation.run({"uninstallAllPlugins"}, options), 0);
+    VERIFY_LEFT(workstation, expected,
+                linesOfRun(RunMode::UninstallAll, linesOfLookUp("maya", workstation.path("maya")),
+                           linesOfUninstall(named, 0), {}),
+                QByteArray());
 
-    QCOMPARE(workstation.log(),
-             QStringList("Debug: settings loaded") + linesOfLookUp("maya", workstation.path("maya"))
-                 + linesOfUninstall(named, 0));
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
+    VERIFY_RERUN(workstation, QStringList("uninstallAllPlugins"), options, 0);
 }
 
 void tst_ModesUninstall::operandIsTakenApart_data()
@@ -219,14 +259,16 @@ void tst_ModesUninstall::operandIsTakenApart()
     install(workstation, "tool");
     const test::Tree before = workstation.tree();
 
-    VERIFY_RUN(workstation.run({"uninstallPlugin", operand}), 0);
+    const QStringList arguments{"uninstallPlugin", operand};
 
-    QCOMPARE(
-        workstation.log(),
+    VERIFY_RUN(workstation.run(arguments), 0);
+    VERIFY_LEFT(
+        workstation, before,
         linesOfLookUp(key, path)
-            + (folder.contains('/') ? linesWithoutManifest(folder) : nothingToUninstall(folder)));
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), before), QString());
-    QCOMPARE(workstation.errors(), QByteArray());
+            + (folder.contains('/') ? linesWithoutManifest(folder) : nothingToUninstall(folder)),
+        QByteArray());
+
+    VERIFY_RERUN(workstation, arguments, test::RunOptions(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_ModesUninstall)
