@@ -2,11 +2,12 @@
 #pragma once
 
 #include "commandline.h"
+#include "copysandbox.h"
 #include "expectedlog.h"
 #include "workstation.h"
 
 /// \file
-/// What an install pass over a few hosts leaves: the lines of its log, and its files.
+/// What an install pass over a few hosts leaves: the lines of its log, its messages and its files.
 
 namespace test {
 
@@ -18,11 +19,20 @@ inline bool installs(RunMode mode)
         || mode == RunMode::Reinstall;
 }
 
-/// A manager.cfg that needed no change the second time.
+/// A manager.cfg was written in the place of another one.
+inline QStringList linesOfChangedConfig()
+{
+    return {"Debug: 161 write cfg file..."};
+}
+
+inline QStringList linesOfKeptConfig()
+{
+    return {"Debug: not necessary to write cfg"};
+}
+
 inline QStringList linesOfConfig(Run run)
 {
-    return run == Run::First ? linesOfNewConfig()
-                             : QStringList("Debug: not necessary to write cfg");
+    return run == Run::First ? linesOfNewConfig() : linesOfKeptConfig();
 }
 
 /// Before it sets the name of a manifest, a copy logs the one that it finishes; of the first copy
@@ -30,6 +40,42 @@ inline QStringList linesOfConfig(Run run)
 inline QString openFileLine(const QString &manifestBefore = QString())
 {
     return "Debug: open file:  " + quoted(manifestBefore);
+}
+
+/// A copy began; \a manifestBefore is the manifest of the one before it.
+inline QStringList linesOfCopy(const QString &manifestBefore = QString())
+{
+    return {openFileLine(manifestBefore)};
+}
+
+inline QString manifestNotOpenedLine(const QString &folder)
+{
+    return "Debug: cannot open  " + quoted(folder + "/uninstall.ini") + "  for writing";
+}
+
+inline QString notCopiedLine(const QString &source, const QString &target)
+{
+    return "Debug: Could not copy file  " + quoted(source) + "  to  " + quoted(target);
+}
+
+inline QString notRemovedLine(const QString &target)
+{
+    return "Debug: Could not remove file " + quoted(target);
+}
+
+inline QString rightsProblemLine(const QString &target)
+{
+    return "Debug: exist check failed - rights problem " + quoted(target);
+}
+
+inline QStringList linesOfInstalled(const QString &key, const QString &target)
+{
+    return {installedLine(key, target)};
+}
+
+inline QStringList linesOfAlreadyInstalled(const QString &target)
+{
+    return {alreadyInstalledLine(target)};
 }
 
 inline QStringList linesOfSettings(RunMode mode)
@@ -60,6 +106,24 @@ inline QStringList linesOfRun(RunMode mode, const QStringList &lookUps, const QS
     return installs(mode) ? lines + linesOfPassStart() + pass : lines;
 }
 
+/// The whole log of a pass without a projects folder: \a lookedUp is what was logged before it, \a
+/// served what the hosts were served with.
+inline QStringList logOfPass(const QStringList &lookedUp, const QStringList &served, int code)
+{
+    return linesOfSettings(RunMode::Install) + lookedUp + linesOfPassStart() + served
+        + QStringList(QStringLiteral("Debug: %1").arg(code));
+}
+
+inline QByteArray copyMessage(const QString &folder)
+{
+    return "Could not copy file to: \n" + folder.toUtf8() + '\n';
+}
+
+inline QByteArray configMessage(const QString &folder)
+{
+    return "Could not write config file in: \n" + folder.toUtf8() + "manager.cfg\n";
+}
+
 /// The folders above \a name, and the file or (with a slash behind it) folder itself.
 inline void addWithFolders(Tree &tree, const QString &name, const QByteArray &content = "")
 {
@@ -69,12 +133,36 @@ inline void addWithFolders(Tree &tree, const QString &name, const QByteArray &co
     tree.insert(name, content);
 }
 
-/// The manager.cfg that the settings of \a workstation ask for.
-inline QByteArray configOf(const Workstation &workstation, const QByteArray &user = "",
-                           const QByteArray &projects = "", const QByteArray &textures = "1")
+/// Adds files to \a tree, below \a folder and with all folders above them.
+inline void put(Tree &tree, const QString &folder, const Tree &files)
 {
-    return user + '\n' + projects + '\n' + workstation.tool("DraskDrop").toUtf8()
-        + "\n2.3.10\n\n1\n" + textures;
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        addWithFolders(tree, folder + '/' + file.key(), file.value());
+    }
+}
+
+/// The manager.cfg that the settings of \a workstation ask for; \a cpuType is what it printed, in
+/// base64.
+inline QByteArray configOf(const Workstation &workstation, const QByteArray &user = "",
+                           const QByteArray &projects = "", const QByteArray &textures = "1",
+                           const QByteArray &cpuType = "")
+{
+    return user + '\n' + projects + '\n' + workstation.tool("DraskDrop").toUtf8() + "\n2.3.10\n"
+        + cpuType + "\n1\n" + textures;
+}
+
+/// The manifest of the plug-in \a source in the folder \a target, without the files \a missing.
+inline QByteArray manifestOf(const QString &source, const QString &target,
+                             const QStringList &missing = {})
+{
+    QByteArray lines;
+    const QStringList files = filesInCopyOrder(source);
+    for (const QString &file : files) {
+        if (!missing.contains(file)) {
+            lines += (target + '/' + file).toUtf8() + '\n';
+        }
+    }
+    return lines;
 }
 
 } // namespace test
