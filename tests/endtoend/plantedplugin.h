@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "expectedlog.h"
+#include "onehostlog.h"
 #include "workstation.h"
 
 #include <QtTest>
@@ -44,7 +44,8 @@ public:
 
     QByteArray config() const
     {
-        return "\n\n" + tool("DraskDrop").toUtf8() + "\n2.3.10\n\n1\n1";
+        return user + "\n\n" + tool("DraskDrop").toUtf8() + "\n2.3.10\n" + cpuTypeInBase64
+            + "\n1\n1";
     }
 
     /// The tree that an installation of exactly the files \a copied makes of \a before.
@@ -77,22 +78,31 @@ public:
         return sorted(lines);
     }
 
+    /// \a tree with the manifest as it is, which manifest() tells more of: its order is that of
+    /// the file system.
+    Tree withManifest(Tree tree) const
+    {
+        tree.insert(plantedIn + "uninstall.ini", read(plantedIn + "uninstall.ini"));
+        return tree;
+    }
+
     QStringList logOfInstall() const
     {
-        QStringList lines = startLines();
-        lines << "Debug: open file:  \"\"";
-        lines += linesOfNewConfig();
-        return lines << installedLine("modo", path("modo/Scripts/drask")) << "Debug: 0";
+        return logOfPass("modo", path("modo"),
+                         linesOfCopiedPlugin("modo", path("modo/Scripts/drask")), 0);
     }
 
     QStringList logOfSecondInstall() const
     {
-        return startLines() << alreadyInstalledLine(path("modo/Scripts/drask"))
-                            << "Debug: not necessary to write cfg"
-                            << "Debug: 0";
+        return logOfPass("modo", path("modo"), linesOfKeptPlugin(path("modo/Scripts/drask")), 0);
     }
 
-    /// Removes the plug-in. The working folder is "work".
+    QStringList logOfRemoval() const
+    {
+        return test::logOfRemoval("modo", path("modo"), path("modo/Scripts/drask"));
+    }
+
+    /// Removes the plug-in. The working folder is "work", so that the log of before stays.
     RunResult uninstall() const
     {
         RunOptions options;
@@ -112,45 +122,42 @@ public:
         return rest;
     }
 
+protected:
+    QByteArray user; ///< as the configuration has it
+    QByteArray cpuTypeInBase64;
+
 private:
     static QStringList sorted(QStringList lines)
     {
         std::sort(lines.begin(), lines.end());
         return lines;
     }
-
-    QStringList startLines() const
-    {
-        return QStringList("Debug: settings loaded") + linesOfLookUp("modo", path("modo"))
-            + QStringList({"Debug: !!!settings local:  QVariant(Invalid)", "Debug: version:  24"});
-    }
 };
 
-/// Installs what was planted, wants exactly \a copied to be in the host, installs again without a
-/// change, and removes all of it.
+/// Installs what was planted, wants exactly \a copied to be in the host and \a manifest to list it,
+/// and installs again without a change.
+inline void verifyInstallOf(const PlantedPlugin &plant, const Tree &copied,
+                            const QStringList &manifest, const RunOptions &options = {})
+{
+    const Tree installed = plant.installed(plant.tree(), copied);
+
+    VERIFY_RUN(plant.run({}, options), 0);
+    QCOMPARE(plant.manifest(), manifest);
+    const Tree expected = plant.withManifest(installed);
+    VERIFY_LEFT(plant, expected, plant.logOfInstall(), QByteArray());
+
+    VERIFY_RUN(plant.run({}, options), 0);
+    VERIFY_LEFT(plant, expected, plant.logOfSecondInstall(), QByteArray());
+}
+
+/// Installs what was planted twice as above, and removes all of it.
 inline void verifyLifeOf(const PlantedPlugin &plant, const Tree &copied)
 {
-    const Tree expected = plant.installed(plant.tree(), copied);
-    const auto withoutManifest = [&plant] {
-        Tree tree = plant.treeWithoutLogs();
-        tree.remove(plantedIn + "uninstall.ini");
-        return tree;
-    };
-
-    VERIFY_RUN(plant.run(), 0);
-    QCOMPARE(plant.log(), plant.logOfInstall());
-    QVERIFY(plant.errors().isNull());
-    QCOMPARE(treeDifference(withoutManifest(), expected), QString());
-    QCOMPARE(plant.manifest(), plant.manifestOf(copied));
-
-    const Tree afterInstall = plant.treeWithoutLogs();
-    VERIFY_RUN(plant.run(), 0);
-    QCOMPARE(plant.log(), plant.logOfSecondInstall());
-    QCOMPARE(treeDifference(plant.treeWithoutLogs(), afterInstall), QString());
+    verifyInstallOf(plant, copied, plant.manifestOf(copied));
+    const Tree rest = PlantedPlugin::withoutPlugin(plant.treeWithoutLogs());
 
     VERIFY_RUN(plant.uninstall(), 0);
-    QCOMPARE(treeDifference(plant.treeWithoutLogs(), PlantedPlugin::withoutPlugin(afterInstall)),
-             QString());
+    VERIFY_LEFT(plant, rest, plant.logOfSecondInstall() + plant.logOfRemoval(), QByteArray());
 }
 
 } // namespace test
