@@ -85,7 +85,8 @@ public:
 
 } // namespace
 
-/// Runs the removal, and wants \a gone and nothing else to be gone.
+/// Runs the removal, and wants \a gone and nothing else to be gone. A second removal would find
+/// nothing.
 #define VERIFY_CLEANING(victim, gone)                                                              \
     do {                                                                                           \
         const test::Tree rest = (victim).treeWithout(gone);                                        \
@@ -248,8 +249,7 @@ void tst_HostileList::listMayLieInAPluginFolder()
     const test::Tree rest = victim.treeWithout({list, mayaFile, modoFile});
 
     VERIFY_RUN(victim.run({"ov3uninstall", victim.path(list)}), 0);
-
-    QCOMPARE(test::treeDifference(victim.treeWithoutLogs(), rest), QString());
+    VERIFY_LEFT(victim, rest, QStringList("Debug: 0"), QByteArray());
 }
 
 void tst_HostileList::linkInThePluginFoldersPlace_data()
