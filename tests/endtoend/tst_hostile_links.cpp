@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "plantedplugin.h"
+#include "selfcopies.h"
 
 #include <QtTest>
 
@@ -25,30 +25,6 @@ private slots:
     void programsFolderMayBeAHost();
     void folderOfAllPluginsMayBeAHost();
 };
-
-namespace {
-
-/// Settings with one SketchUp, whose plug-in goes into the host's folder itself.
-void serveSketchUp(const test::PlantedPlugin &plant, const QString &folder)
-{
-    plant.write("tool/settings.ini",
-                "[plugins]\nversionSketchup=3\n[pluginpaths]\nsize=1\n"
-                "1\\application=sketchup\n1\\path=\""
-                    + folder.toUtf8() + "\"\n");
-}
-
-test::Tree notBelow(const test::Tree &tree, const QString &folder)
-{
-    test::Tree part;
-    for (auto entry = tree.cbegin(); entry != tree.cend(); ++entry) {
-        if (!entry.key().startsWith(folder)) {
-            part.insert(entry.key(), entry.value());
-        }
-    }
-    return part;
-}
-
-} // namespace
 
 void tst_HostileLinks::linksOfAPluginAreFollowed()
 {
@@ -86,13 +62,16 @@ void tst_HostileLinks::linkToADeviceIsAnEmptyFileAndAMissingFolder()
 
     // Qt lists it among the files and among the folders, and a folder it is not.
     VERIFY_RUN(plant.run(), 2);
-
-    expected.insert(test::plantedIn + "uninstall.ini",
-                    plant.read(test::plantedIn + "uninstall.ini"));
-    QCOMPARE(test::treeDifference(plant.treeWithoutLogs(), expected), QString());
     QCOMPARE(plant.manifest(), plant.manifestOf(copied));
-    QCOMPARE(plant.errors(),
-             "Could not copy file to: \n" + plant.path("modo/Scripts/drask\n").toUtf8());
+    expected = plant.withManifest(expected);
+    QStringList log = plant.logOfInstall();
+    log.last() = "Debug: 2";
+    VERIFY_LEFT(plant, expected, log,
+                "Could not copy file to: \n" + plant.path("modo/Scripts/drask\n").toUtf8());
+
+    // The version that arrived makes it an installed plug-in.
+    VERIFY_RUN(plant.run(), 0);
+    VERIFY_LEFT(plant, expected, plant.logOfSecondInstall(), QByteArray());
 }
 
 void tst_HostileLinks::linkToItsOwnFolderIsFollowedUntilTheSystemStops()
@@ -114,24 +93,22 @@ void tst_HostileLinks::linkToTheHostEndsAtTheLongestPath()
     const QString link(200, 'l');
     plant.addPlugin("sketchup", {{"version.txt", "2"}, {"a.rb", "a"}});
     plant.makeLink(plant.path("modo"), "tool/plugins/sketchup/" + link);
-    serveSketchUp(plant, plant.path("modo"));
+    test::serveSketchUp(plant, plant.path("modo"));
     test::Tree expected = plant.tree();
     expected.insert("modo/version.txt", "2");
     expected.insert("modo/a.rb", "a");
     expected.insert("modo/manager.cfg", plant.config());
     expected.insert("tool/version.txt", "2.3.10");
 
-    const test::RunResult result = plant.run();
-
-    // What the last folder that has room for files meets decides the code.
-    VERIFY_RUN(result, result.exitCode == 2 ? 2 : 0);
-    test::Tree actual = notBelow(plant.treeWithoutLogs(), "modo/" + link);
-    QVERIFY(actual.remove("modo/uninstall.ini") == 1);
-    QCOMPARE(test::treeDifference(actual, expected), QString());
     // The host's files are placed in the host again, as often as there is room for a path.
     const QString again = "modo/" + link + '/' + link + '/' + link;
-    QCOMPARE(plant.read(again + "/own.txt"), QByteArray("mine"));
-    QCOMPARE(plant.read(again + "/a.rb"), QByteArray("a"));
+    test::verifyCopiesWithoutEnd(plant, plant.path("modo"), [&] {
+        test::Tree actual = test::notBelow(plant.treeWithoutLogs(), "modo/" + link);
+        QVERIFY(actual.take("modo/uninstall.ini").contains(plant.path("modo/a.rb\n").toUtf8()));
+        QCOMPARE(test::treeDifference(actual, expected), QString());
+        QCOMPARE(plant.read(again + "/own.txt"), QByteArray("mine"));
+        QCOMPARE(plant.read(again + "/a.rb"), QByteArray("a"));
+    });
 }
 
 void tst_HostileLinks::pluginThatIsALinkIsFollowed()
@@ -166,15 +143,21 @@ void tst_HostileLinks::linksInTheHostAreReplacedFollowedOrWrittenThrough()
     expected.insert("outside/config.txt", plant.config());
     expected.insert("tool/version.txt", "2.3.10");
 
-    VERIFY_RUN(plant.run(), 0);
-    QCOMPARE(test::treeDifference(plant.treeWithoutLogs(), expected), QString());
+    // There is a configuration, behind its link.
+    QStringList log = plant.logOfInstall();
+    QCOMPARE(log.removeAll("Debug: cannot read config file, create new"), 1);
+
+    for (const QStringList &lines : {log, plant.logOfSecondInstall()}) {
+        VERIFY_RUN(plant.run(), 0);
+        VERIFY_LEFT(plant, expected, lines, QByteArray());
+    }
 
     VERIFY_RUN(plant.uninstall(), 0);
     for (const char *name : {"version.txt", "uninstall.ini@", "manager.cfg@"}) {
         QCOMPARE(expected.remove(test::plantedIn + name), 1);
     }
     expected.remove("outside/deep/b.py");
-    QCOMPARE(test::treeDifference(plant.treeWithoutLogs(), expected), QString());
+    VERIFY_LEFT(plant, expected, plant.logOfSecondInstall() + plant.logOfRemoval(), QByteArray());
 }
 
 void tst_HostileLinks::linkToNowhereInTheHostsPlaceIsReported()
@@ -184,14 +167,15 @@ void tst_HostileLinks::linkToNowhereInTheHostsPlaceIsReported()
     plant.makeLink(plant.path("missing"), "modo");
     test::Tree expected = plant.tree();
     expected.insert("tool/version.txt", "2.3.10");
+    const QString target = plant.path("modo/Scripts/drask");
 
-    VERIFY_RUN(plant.run(), 3);
-
-    QCOMPARE(test::treeDifference(plant.treeWithoutLogs(), expected), QString());
-    const QByteArray target = plant.path("modo/Scripts/drask").toUtf8();
-    QCOMPARE(plant.errors(),
-             "Could not copy file to: \n" + target + "\nCould not write config file in: \n" + target
-                 + "manager.cfg\n");
+    for (int run = 0; run < 2; ++run) {
+        VERIFY_RUN(plant.run(), 3);
+        VERIFY_LEFT(plant, expected,
+                    test::logOfPass("modo", plant.path("modo"),
+                                    test::linesOfMissingTarget("modo", target), 3),
+                    test::messagesOfMissingTarget(target.toUtf8()));
+    }
 }
 
 void tst_HostileLinks::linkInAFoldersPlaceIsFollowed_data()
@@ -211,24 +195,24 @@ void tst_HostileLinks::linkInAFoldersPlaceIsFollowed()
     plant.write("elsewhere/own.txt", "mine");
     plant.makeLink(plant.path("elsewhere"), link);
     const QString target = "elsewhere" + QString(test::plantedIn).mid(link.size());
-    const test::Tree before = plant.tree();
-    test::Tree expected = before;
+    test::Tree expected = plant.tree();
     expected.insert(target + "version.txt", "7");
     expected.insert(target + "uninstall.ini",
                     plant.path(test::plantedIn + "version.txt\n").toUtf8());
     expected.insert(target + "manager.cfg", plant.config());
     expected.insert("tool/version.txt", "2.3.10");
+    expected = test::withFolders(expected);
 
-    VERIFY_RUN(plant.run(), 0);
-    QCOMPARE(plant.log(), plant.logOfInstall());
-    QCOMPARE(test::treeDifference(plant.treeWithoutLogs(), test::withFolders(expected)), QString());
+    for (const QStringList &log : {plant.logOfInstall(), plant.logOfSecondInstall()}) {
+        VERIFY_RUN(plant.run(), 0);
+        VERIFY_LEFT(plant, expected, log, QByteArray());
+    }
 
     VERIFY_RUN(plant.uninstall(), 0);
-    test::Tree rest = test::withFolders(expected);
     for (const char *name : {"version.txt", "uninstall.ini", "manager.cfg"}) {
-        rest.remove(target + name);
+        expected.remove(target + name);
     }
-    QCOMPARE(test::treeDifference(plant.treeWithoutLogs(), rest), QString());
+    VERIFY_LEFT(plant, expected, plant.logOfSecondInstall() + plant.logOfRemoval(), QByteArray());
 }
 
 void tst_HostileLinks::pluginThatIsItsOwnTargetIsEmptied_data()
@@ -259,7 +243,7 @@ void tst_HostileLinks::pluginThatIsItsOwnTargetIsEmptied()
     plant.addPlugin("sketchup", {{"a.rb", "a"}, {"drask_uninstall.sh", "d"}, {"sub/b.rb", "b"}});
     plant.addPlugin("sketchup", {{"version.txt", version}});
     plant.makeLink(plant.tool("plugins/sketchup"), "linked");
-    serveSketchUp(plant, plant.path(host));
+    test::serveSketchUp(plant, plant.path(host));
     test::Tree expected = plant.tree();
     if (emptied) {
         for (const QString &name : names) {
@@ -270,11 +254,13 @@ void tst_HostileLinks::pluginThatIsItsOwnTargetIsEmptied()
     expected.insert("tool/plugins/sketchup/manager.cfg", plant.config());
     expected.insert("tool/version.txt", "2.3.10");
 
-    VERIFY_RUN(plant.run(arguments), 0);
-
-    QCOMPARE(test::treeDifference(plant.treeWithoutLogs(), expected), QString());
-    QVERIFY(plant.errors().isNull());
-    QCOMPARE(plant.log().filter("Debug: Could not copy file ").size(), emptied ? names.size() : 0);
+    for (int run = 1; run <= 2; ++run) {
+        const QStringList steps = emptied ? test::linesOfEmptying(plant, host, names, run)
+                                          : test::linesOfOwnPlugin(plant, host, run);
+        VERIFY_RUN(plant.run(arguments), 0);
+        QCOMPARE(test::withSortedCopies(plant.log()), test::logOf(plant, host, arguments, steps));
+        VERIFY_LEFT(plant, expected, plant.log(), QByteArray());
+    }
 }
 
 void tst_HostileLinks::hostInsideItsPluginEndsAtTheLongestPath()
@@ -283,46 +269,43 @@ void tst_HostileLinks::hostInsideItsPluginEndsAtTheLongestPath()
     const QString folder(200, 'h');
     const QString host = "tool/plugins/sketchup/" + folder;
     plant.addPlugin("sketchup", {{"version.txt", "2"}, {"a.rb", "a"}});
-    serveSketchUp(plant, plant.path(host));
+    test::serveSketchUp(plant, plant.path(host));
     test::Tree expected = plant.tree();
     expected.insert("tool/version.txt", "2.3.10");
 
-    for (int run = 0; run < 2; ++run) {
-        const test::RunResult result = plant.run();
-
-        VERIFY_RUN(result, result.exitCode == 2 ? 2 : 0);
-        QCOMPARE(test::treeDifference(notBelow(plant.treeWithoutLogs(), host), expected),
+    test::verifyCopiesWithoutEnd(plant, plant.path(host), [&] {
+        QCOMPARE(test::treeDifference(test::notBelow(plant.treeWithoutLogs(), host), expected),
                  QString());
         QCOMPARE(plant.read(host + "/a.rb"), QByteArray("a"));
         QCOMPARE(plant.read(host + '/' + folder + '/' + folder + "/a.rb"), QByteArray("a"));
-    }
+    });
 }
 
 void tst_HostileLinks::programsFolderMayBeAHost()
 {
     const test::PlantedPlugin plant;
     plant.addPlugin("sketchup", {{"version.txt", "3"}, {"sub/b.rb", "b"}});
-    serveSketchUp(plant, plant.tool());
+    test::serveSketchUp(plant, plant.tool());
     plant.write("tool/sub/b.rb", "the manager's");
-    const test::Tree before = plant.tree();
-    test::Tree expected = before;
+    test::Tree rest = plant.tree();
+    test::Tree expected = rest;
     expected.insert("tool/sub/b.rb", "b");
     expected.insert("tool/manager.cfg", plant.config());
     expected.insert("tool/uninstall.ini",
                     (plant.tool("version.txt\n") + plant.tool("sub/b.rb\n")).toUtf8());
     // The program's version takes the place of the plug-in's, so each run copies anew.
     expected.insert("tool/version.txt", "2.3.10");
+    const QString tool = plant.tool();
 
-    for (int run = 0; run < 2; ++run) {
+    for (const QStringList &steps : {test::linesOfCopiedPlugin("sketchup", tool),
+                                     test::linesOfReplacedPlugin("sketchup", tool)}) {
         VERIFY_RUN(plant.run(), 0);
-        QCOMPARE(test::treeDifference(plant.treeWithoutLogs(), expected), QString());
-        QVERIFY(plant.log().contains(test::installedLine("sketchup", plant.tool())));
+        VERIFY_LEFT(plant, expected, test::logOfPass("sketchup", tool, steps, 0), QByteArray());
     }
 
-    VERIFY_RUN(plant.run({"uninstallPlugin", "(sketchup) " + plant.tool()}), 0);
-    test::Tree rest = before;
+    VERIFY_RUN(plant.run({"uninstallPlugin", "(sketchup) " + tool}), 0);
     rest.remove("tool/sub/b.rb");
-    QCOMPARE(test::treeDifference(plant.treeWithoutLogs(), rest), QString());
+    VERIFY_LEFT(plant, rest, test::logOfRemoval("sketchup", tool, tool), QByteArray());
 }
 
 void tst_HostileLinks::folderOfAllPluginsMayBeAHost()
@@ -331,7 +314,7 @@ void tst_HostileLinks::folderOfAllPluginsMayBeAHost()
     plant.addPlugin("sketchup", {{"version.txt", "3"}});
     // The plug-in of another host is what this one puts files into.
     plant.addPlugin("sketchup", {{"modo/version.txt", "8"}});
-    serveSketchUp(plant, plant.tool("plugins"));
+    test::serveSketchUp(plant, plant.tool("plugins"));
     test::Tree expected = plant.tree();
     expected.insert("tool/plugins/version.txt", "3");
     expected.insert("tool/plugins/modo/version.txt", "8");
@@ -341,9 +324,12 @@ void tst_HostileLinks::folderOfAllPluginsMayBeAHost()
         (plant.tool("plugins/version.txt\n") + plant.tool("plugins/modo/version.txt\n")).toUtf8());
     expected.insert("tool/version.txt", "2.3.10");
 
-    for (int run = 0; run < 2; ++run) {
+    const QString host = plant.tool("plugins");
+
+    for (const QStringList &steps :
+         {test::linesOfCopiedPlugin("sketchup", host), test::linesOfKeptPlugin(host)}) {
         VERIFY_RUN(plant.run(), 0);
-        QCOMPARE(test::treeDifference(plant.treeWithoutLogs(), expected), QString());
+        VERIFY_LEFT(plant, expected, test::logOfPass("sketchup", host, steps, 0), QByteArray());
     }
 }
 
