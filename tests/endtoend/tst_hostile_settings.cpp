@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "expectedlog.h"
-#include "inmemory.h"
-#include "workstation.h"
+#include "settingsofonehost.h"
 
 #include <QtTest>
 
@@ -16,58 +14,12 @@ private slots:
     void valuesOfTheProjectsFolderAreLogged();
     void formsOfTheFile_data();
     void formsOfTheFile();
-    void valuesOfAHostsFolder_data();
-    void valuesOfAHostsFolder();
-    void hugeHostIsReported_data();
-    void hugeHostIsReported();
-    void hostFolderWithAZeroCharacterIsReported();
     void hostFolderWithALineFeedListsFilesOfTheWorkingFolder();
-    void tenThousandHosts();
-    void oneHostTenThousandTimes();
 };
 
 namespace {
 
 const int megabyte = 1 << 20;
-
-/// A workstation with one SketchUp in the folder "host", whose plug-in is a version file.
-class OneHost : public test::Workstation {
-public:
-    OneHost()
-    {
-        addPlugin("sketchup", {{"version.txt", "3"}});
-        write("own.txt", "mine");
-        write("work/own.txt", "mine");
-    }
-
-    /// "~" stands for the folder of the host.
-    void writeSettings(const QByteArray &before, const QByteArray &pathLine = "path=\"~\"") const
-    {
-        const QByteArray entry = QByteArray(pathLine).replace('~', path("host").toUtf8());
-        write("tool/settings.ini",
-              before
-                  + "[plugins]\nversionSketchup=3\n[pluginpaths]\nsize=1\n1\\application="
-                    "sketchup\n1\\"
-                  + entry + '\n');
-    }
-
-    QByteArray config(const QByteArray &user = "", const QByteArray &projects = "") const
-    {
-        return user + '\n' + projects + '\n' + tool("DraskDrop").toUtf8() + "\n2.3.10\n\n1\n1";
-    }
-
-    /// The tree of now with the plug-in in the folder \a host.
-    test::Tree installed(const QByteArray &user = "", const QString &host = "host") const
-    {
-        test::Tree tree = this->tree();
-        tree.insert("tool/version.txt", "2.3.10");
-        tree.insert(host + '/', "");
-        tree.insert(host + "/version.txt", "3");
-        tree.insert(host + "/uninstall.ini", path(host + "/version.txt\n").toUtf8());
-        tree.insert(host + "/manager.cfg", config(user));
-        return tree;
-    }
-};
 
 void addUserName(const char *name, const QByteArray &written, const QByteArray &user,
                  bool writtenByEachRun = false)
@@ -133,20 +85,21 @@ void tst_HostileSettings::valuesOfTheUserName()
     QFETCH(QByteArray, written);
     QFETCH(QByteArray, user);
     QFETCH(bool, writtenByEachRun);
-    const OneHost workstation;
+    const test::SettingsOfOneHost workstation;
     workstation.writeSettings("[UserData]\nusername=" + written + '\n');
-    const test::Tree expected = workstation.installed(user);
-
-    for (int run = 0; run < 2; ++run) {
-        VERIFY_RUN(workstation.run(), 0);
-
-        QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-        QVERIFY(workstation.errors().isNull());
-        const bool wasWritten = workstation.log().contains("Debug: 161 write cfg file...");
-        QCOMPARE(wasWritten, run == 0 || writtenByEachRun);
-        QCOMPARE(workstation.isAged("host/manager.cfg"), !wasWritten);
-        workstation.age("host/manager.cfg");
+    const test::Tree expected = workstation.installed(workstation.config(user));
+    QStringList secondLog = workstation.logOfSecondInstall();
+    if (writtenByEachRun) {
+        secondLog = test::withConfigWritten(secondLog);
     }
+
+    VERIFY_RUN(workstation.run(), 0);
+    VERIFY_LEFT(workstation, expected, workstation.logOfInstall(), QByteArray());
+    workstation.age("host/manager.cfg");
+
+    VERIFY_RUN(workstation.run(), 0);
+    VERIFY_LEFT(workstation, expected, secondLog, QByteArray());
+    QCOMPARE(workstation.isAged("host/manager.cfg"), !writtenByEachRun);
 }
 
 void tst_HostileSettings::valuesOfTheProjectsFolderAreLogged_data()
@@ -154,13 +107,14 @@ void tst_HostileSettings::valuesOfTheProjectsFolderAreLogged_data()
     QTest::addColumn<QByteArray>("written");
     QTest::addColumn<QString>("shown");
     QTest::addColumn<QByteArray>("projects");
+    QTest::addColumn<bool>("writtenByEachRun");
     const auto row = [](const char *name, const QByteArray &written, const QString &shown,
-                        const QByteArray &projects) {
-        QTest::newRow(name) << written << shown << projects;
+                        const QByteArray &projects, bool writtenByEachRun = false) {
+        QTest::newRow(name) << written << shown << projects << writtenByEachRun;
     };
 
     row("a line feed and quotes", "\"/a\\n\\\"b\\\"\"", "QVariant(QString, \"/a\\n\\\"b\\\"\")",
-        "/a\n\"b\"");
+        "/a\n\"b\"", true);
     row("a comma, which makes a list", "/a, /b", "QVariant(QStringList, (\"/a\", \"/b\"))", "");
     row("nothing at all", "@Invalid()", "QVariant(Invalid)", "");
     row("nothing", "", "QVariant(QString, \"\")", "");
@@ -175,14 +129,19 @@ void tst_HostileSettings::valuesOfTheProjectsFolderAreLogged()
     QFETCH(QByteArray, written);
     QFETCH(QString, shown);
     QFETCH(QByteArray, projects);
-    const OneHost workstation;
+    QFETCH(bool, writtenByEachRun);
+    const test::SettingsOfOneHost workstation;
     workstation.writeSettings("[PathOptions]\nlocalProjectsFolder=" + written + '\n');
+    const test::Tree expected = workstation.installed(workstation.config("", projects));
+    QStringList secondLog = workstation.logOfSecondInstall(shown);
+    if (writtenByEachRun) {
+        secondLog = test::withConfigWritten(secondLog);
+    }
 
-    VERIFY_RUN(workstation.run(), 0);
-
-    QCOMPARE(workstation.log().filter("!!!settings local"),
-             QStringList("Debug: !!!settings local:  " + shown));
-    QCOMPARE(workstation.read("host/manager.cfg"), workstation.config("", projects));
+    for (const QStringList &log : {workstation.logOfInstall(shown), secondLog}) {
+        VERIFY_RUN(workstation.run(), 0);
+        VERIFY_LEFT(workstation, expected, log, QByteArray());
+    }
 }
 
 void tst_HostileSettings::formsOfTheFile_data()
@@ -227,168 +186,45 @@ void tst_HostileSettings::formsOfTheFile()
 {
     QFETCH(QByteArray, settings);
     QFETCH(QByteArray, user);
-    const OneHost workstation;
+    const test::SettingsOfOneHost workstation;
     workstation.writeSettings(settings);
     workstation.age("tool/settings.ini");
-    const test::Tree expected = workstation.installed(user);
+    const test::Tree expected = workstation.installed(workstation.config(user));
 
-    VERIFY_RUN(workstation.run(), 0);
-
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-    QVERIFY(workstation.isAged("tool/settings.ini"));
-}
-
-void tst_HostileSettings::valuesOfAHostsFolder_data()
-{
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QString>("shown");
-    QTest::addColumn<bool>("served");
-    const auto row = [](const char *name, const QByteArray &line, const QString &shown,
-                        bool served) { QTest::newRow(name) << line << shown << served; };
-
-    row("a plain text", "path=~", "~", true);
-    row("bytes without a slash", "path=@ByteArray(host)", "host", false);
-    row("two folders, which make a list", "path=~, ~", "", false);
-    row("nothing at all", "path=@Invalid()", "", false);
-    row("a point", "path=@Point(1 2)", "", false);
-    row("the key twice, first the folder", "path=~\n1\\path=", "", false);
-    row("the key twice, last the folder", "path=/nowhere\n1\\path=~", "~", true);
-    row("a number with a zero before it", "x=1\n01\\path=~", "", false);
-    row("a number with a sign", "x=1\n+1\\path=~", "", false);
-}
-
-void tst_HostileSettings::valuesOfAHostsFolder()
-{
-    QFETCH(QByteArray, line);
-    QFETCH(QString, shown);
-    QFETCH(bool, served);
-    const OneHost workstation;
-    workstation.writeSettings("", line);
-    test::Tree expected = workstation.tree();
-    expected.insert("tool/version.txt", "2.3.10");
-    if (served) {
-        expected = workstation.installed();
+    for (const QStringList &log : {workstation.logOfInstall(), workstation.logOfSecondInstall()}) {
+        VERIFY_RUN(workstation.run(), 0);
+        VERIFY_LEFT(workstation, expected, log, QByteArray());
+        QVERIFY(workstation.isAged("tool/settings.ini"));
     }
-
-    VERIFY_RUN(workstation.run(), 0);
-
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-    QCOMPARE(workstation.log().mid(1, 2),
-             test::linesOfLookUp("sketchup", shown.replace('~', workstation.path("host"))));
-    QCOMPARE(workstation.log().contains("Debug: nothing to copy for  \"sketchup\""), !served);
-}
-
-void tst_HostileSettings::hugeHostIsReported_data()
-{
-    QTest::addColumn<QByteArray>("folder");
-
-    QTest::newRow("a megabyte's name") << '/' + QByteArray(megabyte, 'x');
-    QTest::newRow("a megabyte of folders") << QByteArray("/x").repeated(megabyte / 2);
-    QTest::newRow("a megabyte of dots that lead up and down")
-        << QByteArray("/../host").repeated(megabyte / 8);
-    QTest::newRow("a name of 256 bytes") << '/' + QByteArray(256, 'x');
-}
-
-void tst_HostileSettings::hugeHostIsReported()
-{
-    QFETCH(QByteArray, folder);
-    const OneHost workstation;
-    workstation.makeFolder("host");
-    workstation.writeSettings("", "path=\"~" + folder + '"');
-    test::Tree expected = workstation.tree();
-    expected.insert("tool/version.txt", "2.3.10");
-
-    VERIFY_RUN(workstation.run(), 3);
-
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-    const QByteArray target = workstation.path("host").toUtf8() + folder;
-    QVERIFY(workstation.errors()
-            == "Could not copy file to: \n" + target + "\nCould not write config file in: \n"
-                + target + "manager.cfg\n");
-}
-
-void tst_HostileSettings::hostFolderWithAZeroCharacterIsReported()
-{
-    const OneHost workstation;
-    workstation.makeFolder("host");
-    workstation.writeSettings("", "path=\"~\\0/x\"");
-    test::Tree expected = workstation.tree();
-    expected.insert("tool/version.txt", "2.3.10");
-
-    VERIFY_RUN(workstation.run(), 3);
-
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-    QVERIFY(workstation.log().contains("Warning: Broken filename passed to function"));
 }
 
 void tst_HostileSettings::hostFolderWithALineFeedListsFilesOfTheWorkingFolder()
 {
-    const OneHost workstation;
+    const test::SettingsOfOneHost workstation;
     workstation.write("work/own/version.txt", "mine");
     workstation.writeSettings("", "path=\"~\\nown\"");
-    const test::Tree installed = workstation.installed("", "host\nown");
-    VERIFY_RUN(workstation.run(), 0);
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), installed), QString());
+    const QString host = "host\nown";
+    const test::Tree installed = workstation.installed(workstation.config(), host);
+    const QString noProjects = "QVariant(Invalid)";
+    const QStringList secondLog = workstation.logOfSecondInstall(noProjects, host);
+
+    for (const QStringList &log : {workstation.logOfInstall(noProjects, host), secondLog}) {
+        VERIFY_RUN(workstation.run(), 0);
+        VERIFY_LEFT(workstation, installed, log, QByteArray());
+    }
+
     test::RunOptions options;
     options.workingFolder = workstation.path("work");
-
-    VERIFY_RUN(workstation.run({"uninstallPlugin", "(sketchup) " + workstation.path("host\nown")},
-                               options),
-               0);
+    VERIFY_RUN(
+        workstation.run({"uninstallPlugin", "(sketchup) " + workstation.path(host)}, options), 0);
 
     test::Tree rest = installed;
     rest.remove("host\nown/uninstall.ini");
     rest.remove("host\nown/manager.cfg");
     rest.remove("work/own/version.txt");
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), rest), QString());
-}
-
-void tst_HostileSettings::tenThousandHosts()
-{
-    const test::InMemory memory;
-    test::Workstation workstation;
-    workstation.addPlugin("sketchup", {});
-    const int hosts = 10000;
-    for (int host = 0; host < hosts; ++host) {
-        workstation.addHost("sketchup", workstation.path(QStringLiteral("h/%1").arg(host)));
-    }
-    workstation.addSetting("plugins", "versionSketchup=3");
-    workstation.writeSettings();
-    test::Tree expected = workstation.tree();
-    expected.insert("tool/version.txt", "2.3.10");
-    expected.insert("h/", "");
-    for (int host = 0; host < hosts; ++host) {
-        const QString folder = QStringLiteral("h/%1/").arg(host);
-        expected.insert(folder, "");
-        expected.insert(folder + "uninstall.ini", "");
-        expected.insert(folder + "manager.cfg",
-                        "\n\n" + workstation.tool("DraskDrop").toUtf8() + "\n2.3.10\n\n1\n1");
-    }
-
-    VERIFY_RUN(workstation.run(), 0);
-
-    QCOMPARE(test::treeDifference(workstation.treeWithoutLogs(), expected), QString());
-    QCOMPARE(workstation.log().filter(" plugin installed in: ").size(), hosts);
-}
-
-void tst_HostileSettings::oneHostTenThousandTimes()
-{
-    test::Workstation workstation;
-    workstation.addPlugin("sketchup", {{"version.txt", "3"}});
-    const QString folder = workstation.path("host");
-    const int times = 10000;
-    for (int time = 0; time < times; ++time) {
-        workstation.addHost("sketchup", folder);
-    }
-    workstation.addSetting("plugins", "versionSketchup=3");
-    workstation.writeSettings();
-
-    VERIFY_RUN(workstation.run(), 0);
-
-    const QStringList log = workstation.log();
-    QCOMPARE(log.count(test::installedLine("sketchup", folder)), 1);
-    QCOMPARE(log.count(test::alreadyInstalledLine(folder)), times - 1);
-    QCOMPARE(log.count("Debug: not necessary to write cfg"), times - 1);
+    const QString shown = test::escaped(workstation.path(host));
+    VERIFY_LEFT(workstation, rest, secondLog + test::logOfRemoval("sketchup", shown, shown),
+                QByteArray());
 }
 
 QTEST_GUILESS_MAIN(tst_HostileSettings)
