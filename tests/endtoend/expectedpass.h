@@ -106,11 +106,12 @@ inline QStringList linesOfRun(RunMode mode, const QStringList &lookUps, const QS
     return installs(mode) ? lines + linesOfPassStart() + pass : lines;
 }
 
-/// The whole log of a pass without a projects folder: \a lookedUp is what was logged before it, \a
-/// served what the hosts were served with.
-inline QStringList logOfPass(const QStringList &lookedUp, const QStringList &served, int code)
+/// The whole log of a pass: \a lookedUp is what was logged before it, \a served what the hosts were
+/// served with.
+inline QStringList logOfPass(const QStringList &lookedUp, const QStringList &served, int code,
+                             const QString &projects = "QVariant(Invalid)")
 {
-    return linesOfSettings(RunMode::Install) + lookedUp + linesOfPassStart() + served
+    return linesOfSettings(RunMode::Install) + lookedUp + linesOfPassStart(projects) + served
         + QStringList(QStringLiteral("Debug: %1").arg(code));
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "expectedlog.h"
+#include "expectedpass.h"
 
 /// \file
 /// The whole log of a run that serves one host.
@@ -19,44 +19,38 @@ inline QString escaped(QString text)
 inline QStringList logOfPass(const QString &key, const QString &folder, const QStringList &steps,
                              int code, const QString &projects = "QVariant(Invalid)")
 {
-    return QStringList("Debug: settings loaded") + linesOfLookUp(key, folder)
-        + QStringList({"Debug: !!!settings local:  " + projects, "Debug: version:  24"}) + steps
-        + QStringList(QStringLiteral("Debug: %1").arg(code));
+    return logOfPass(linesOfLookUp(key, folder), steps, code, projects);
 }
 
 /// A plug-in was copied, the first of its pass, to where there was no configuration.
 inline QStringList linesOfCopiedPlugin(const QString &key, const QString &target)
 {
-    return QStringList("Debug: open file:  \"\"") + linesOfNewConfig()
-        + QStringList(installedLine(key, target));
+    return linesOfCopy() + linesOfNewConfig() + linesOfInstalled(key, target);
 }
 
 /// A plug-in was copied to where its configuration says the same already.
 inline QStringList linesOfReplacedPlugin(const QString &key, const QString &target)
 {
-    return {"Debug: open file:  \"\"", "Debug: not necessary to write cfg",
-            installedLine(key, target)};
+    return linesOfCopy() + linesOfKeptConfig() + linesOfInstalled(key, target);
 }
 
 /// A plug-in of the wanted version and its configuration were left alone.
 inline QStringList linesOfKeptPlugin(const QString &target)
 {
-    return {alreadyInstalledLine(target), "Debug: not necessary to write cfg"};
+    return linesOfAlreadyInstalled(target) + linesOfKeptConfig();
 }
 
 /// The folder \a target could not be made.
 inline QStringList linesOfMissingTarget(const QString &key, const QString &target)
 {
-    QStringList lines = linesOfCopiedPlugin(key, target);
-    lines.insert(1, "Debug: cannot open  " + quoted(target + "/uninstall.ini") + "  for writing");
-    return lines;
+    return linesOfCopy() + QStringList(manifestNotOpenedLine(target)) + linesOfNewConfig()
+        + linesOfInstalled(key, target);
 }
 
 /// What the user is told about a folder \a target that could not be made.
-inline QByteArray messagesOfMissingTarget(const QByteArray &target)
+inline QByteArray messagesOfMissingTarget(const QString &target)
 {
-    return "Could not copy file to: \n" + target + "\nCould not write config file in: \n" + target
-        + "manager.cfg\n";
+    return copyMessage(target) + configMessage(target);
 }
 
 /// The log of a removal of an installed plug-in.

@@ -21,9 +21,7 @@ inline Tree withFolders(Tree tree)
 {
     const QStringList names = tree.keys();
     for (const QString &name : names) {
-        for (int slash = name.indexOf('/'); slash >= 0; slash = name.indexOf('/', slash + 1)) {
-            tree.insert(name.left(slash + 1), "");
-        }
+        addWithFolders(tree, name, tree.value(name));
     }
     return tree;
 }
@@ -44,8 +42,7 @@ public:
 
     QByteArray config() const
     {
-        return user + "\n\n" + tool("DraskDrop").toUtf8() + "\n2.3.10\n" + cpuTypeInBase64
-            + "\n1\n1";
+        return configOf(*this, user, "", "1", cpuTypeInBase64);
     }
 
     /// The tree that an installation of exactly the files \a copied makes of \a before.

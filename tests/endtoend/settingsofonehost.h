@@ -29,7 +29,7 @@ public:
 
     QByteArray config(const QByteArray &user = "", const QByteArray &projects = "") const
     {
-        return user + '\n' + projects + '\n' + tool("DraskDrop").toUtf8() + "\n2.3.10\n\n1\n1";
+        return configOf(*this, user, projects);
     }
 
     /// The tree of now with the plug-in in the folder \a host.

@@ -213,7 +213,7 @@ void tst_HostileEnvironment::workingFolderThatIsGoneHoldsNoHost()
     const QString target = "some/modo/Scripts/drask";
     const QStringList log = test::logOfPass("modo", "some/modo",
                                             test::linesOfMissingTarget("modo", target), 3);
-    const QByteArray messages = test::messagesOfMissingTarget(target.toUtf8());
+    const QByteArray messages = test::messagesOfMissingTarget(target);
 
     VERIFY_RUN(station.run({}, throughShell(leavingNoWorkingFolder)), 3);
     VERIFY_LEFT(station, expected, log, messages);

@@ -174,7 +174,7 @@ void tst_HostileLinks::linkToNowhereInTheHostsPlaceIsReported()
         VERIFY_LEFT(plant, expected,
                     test::logOfPass("modo", plant.path("modo"),
                                     test::linesOfMissingTarget("modo", target), 3),
-                    test::messagesOfMissingTarget(target.toUtf8()));
+                    test::messagesOfMissingTarget(target));
     }
 }
 

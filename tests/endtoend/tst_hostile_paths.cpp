@@ -235,7 +235,7 @@ void tst_HostilePaths::pathsOfQtsOwnGetEmptyFolders()
     const QString target = host + "/Scripts/drask";
     const QStringList lines = test::logOfPass("modo", host,
                                               test::linesOfMissingTarget("modo", target), 3);
-    const QByteArray messages = test::messagesOfMissingTarget(target.toUtf8());
+    const QByteArray messages = test::messagesOfMissingTarget(target);
 
     VERIFY_RUN(plant.run({}, options), 3);
     VERIFY_LEFT(plant, expected, lines, messages);

@@ -142,7 +142,7 @@ void tst_HostileSettingsHosts::hugeHostIsReported()
 
     for (int run = 0; run < 2; ++run) {
         VERIFY_RUN(workstation.run(), 3);
-        VERIFY_LEFT(workstation, expected, log, test::messagesOfMissingTarget(target.toUtf8()));
+        VERIFY_LEFT(workstation, expected, log, test::messagesOfMissingTarget(target));
     }
 }
 
@@ -161,7 +161,7 @@ void tst_HostileSettingsHosts::hostFolderWithAZeroCharacterIsReported()
     for (int run = 0; run < 2; ++run) {
         VERIFY_RUN(workstation.run(), 3);
         VERIFY_LEFT(workstation, expected, workstation.log(),
-                    test::messagesOfMissingTarget(target.toUtf8()));
+                    test::messagesOfMissingTarget(target));
         // Qt warns about the name as often as it meets it.
         QStringList lines = workstation.log();
         QVERIFY(lines.removeAll("Warning: Broken filename passed to function") > 0);
