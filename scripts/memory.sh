@@ -25,10 +25,13 @@ run_quietly cmake --preset dev
 run_quietly cmake --build --preset dev
 
 reports=$(mktemp -d)
-trap 'rm -rf "$reports"' EXIT
+# The command below is taken apart at its blanks, which the way to this folder may have.
+suppressions=$(mktemp)
+cp scripts/valgrind.supp "$suppressions"
+trap 'rm -rf "$reports" "$suppressions"' EXIT
 export DRASK_RUN_THROUGH="valgrind --quiet --leak-check=full \
 --show-leak-kinds=definite,indirect,possible --errors-for-leak-kinds=definite,indirect,possible \
---child-silent-after-fork=yes --error-exitcode=99 --log-file=$reports/%p"
+--child-silent-after-fork=yes --suppressions=$suppressions --error-exitcode=99 --log-file=$reports/%p"
 
 # Qt Test gives each case five minutes, which is short under valgrind on a busy machine.
 export QTEST_FUNCTION_TIMEOUT=1800000
