@@ -27,7 +27,7 @@ run_quietly cmake --build --preset dev
 reports=$(mktemp -d)
 # The command below is taken apart at its blanks, which the way to this folder may have.
 suppressions=$(mktemp)
-cp scripts/valgrind.supp "$suppressions"
+cp scripts/valgrind.supp "$suppressions" || exit 1
 trap 'rm -rf "$reports" "$suppressions"' EXIT
 export DRASK_RUN_THROUGH="valgrind --quiet --leak-check=full \
 --show-leak-kinds=definite,indirect,possible --errors-for-leak-kinds=definite,indirect,possible \

@@ -81,6 +81,13 @@ public:
 
 } // namespace test
 
+/// One more run, which finds everything installed and leaves \a expectedTree.
+#define VERIFY_LATER_RUN(studio, expectedTree)                                                     \
+    do {                                                                                           \
+        VERIFY_RUN((studio).run(), 0);                                                             \
+        VERIFY_LEFT(studio, expectedTree, (studio).logOfLaterRun(), QByteArray());                 \
+    } while (false)
+
 /// The installation of all hosts, and one more run: what each of them leaves.
 #define VERIFY_INSTALLATION(studio)                                                                \
     do {                                                                                           \
@@ -88,15 +95,7 @@ public:
         VERIFY_RUN((studio).run(), 0);                                                             \
         const test::Tree treeBehind = (studio).installed(treeBefore);                              \
         VERIFY_LEFT(studio, treeBehind, (studio).logOfFirstRun(), QByteArray());                   \
-        VERIFY_RUN((studio).run(), 0);                                                             \
-        VERIFY_LEFT(studio, treeBehind, (studio).logOfLaterRun(), QByteArray());                   \
-    } while (false)
-
-/// One more run, which finds everything installed and leaves \a expectedTree.
-#define VERIFY_LATER_RUN(studio, expectedTree)                                                     \
-    do {                                                                                           \
-        VERIFY_RUN((studio).run(), 0);                                                             \
-        VERIFY_LEFT(studio, expectedTree, (studio).logOfLaterRun(), QByteArray());                 \
+        VERIFY_LATER_RUN(studio, treeBehind);                                                      \
     } while (false)
 
 /// One more reinstall, which does everything over again and leaves \a expectedTree.
