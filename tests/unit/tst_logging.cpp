@@ -37,6 +37,7 @@ private slots:
     void errorsOfEarlierRunsStay();
     void everyMessageIsKeptWhateverTheRules();
     void unopenableFilesLoseTheirLinesSilently();
+    void linesAreWrittenOnceAFolderIsOutOfTheWay();
     void devicesAndPipesLoseTheirLinesSilently_data();
     void devicesAndPipesLoseTheirLinesSilently();
     void writeProtectedFilesLoseTheirLinesSilently();
@@ -58,6 +59,7 @@ const Part parts[] = {
     {"fatal by handler", [] { myMessageOutput(QtFatalMsg, QMessageLogContext(), "the end"); }},
     {"fatal by stream",  [] { qFatal("the end"); }},
     {"one line each",    [] { qDebug() << "lost"; qWarning("lost"); writeErrorFile("lost"); }},
+    {"folder goes",      [] { qDebug("lost"); QDir().rmdir(QCoreApplication::applicationDirPath() + "/plugin.log"); qDebug("kept"); }},
     {"many lines",       [] { for (int i = 0; i < linesPerProcess; ++i) { qDebug() << "other" << i; } }},
 };
 // clang-format on
@@ -276,6 +278,20 @@ void tst_Logging::unopenableFilesLoseTheirLinesSilently()
     QCOMPARE(process.exitCode(), 0);
     QCOMPARE(process.readAll(), QByteArray());
     QCOMPARE(test::treeDifference(folder.tree(), before), QString());
+}
+
+void tst_Logging::linesAreWrittenOnceAFolderIsOutOfTheWay()
+{
+    const test::ProgramFolder folder;
+    folder.makeFolder("plugin.log");
+
+    QProcess process;
+    start(process, "folder goes");
+    QVERIFY(process.waitForFinished());
+
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(process.readAll(), QByteArray());
+    QCOMPARE(test::treeDifference(folder.tree(), {{"plugin.log", "Debug: kept\n"}}), QString());
 }
 
 void tst_Logging::devicesAndPipesLoseTheirLinesSilently_data()
