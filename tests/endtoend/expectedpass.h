@@ -6,8 +6,12 @@
 #include "expectedlog.h"
 #include "workstation.h"
 
+#include <QtTest>
+
 /// \file
 /// What an install pass over a few hosts leaves: the lines of its log, its messages and its files.
+
+Q_DECLARE_METATYPE(RunMode)
 
 namespace test {
 
@@ -17,6 +21,20 @@ inline bool installs(RunMode mode)
 {
     return mode == RunMode::Install || mode == RunMode::OnlyWriteConfig
         || mode == RunMode::Reinstall;
+}
+
+/// Rows for the modes that serve the hosts of the settings: the words, and what they mean.
+inline void addModesOfListedHosts()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<RunMode>("mode");
+
+    QTest::newRow("install") << QStringList() << RunMode::Install;
+    QTest::newRow("only write config")
+        << QStringList("onlyWriteConfig") << RunMode::OnlyWriteConfig;
+    QTest::newRow("reinstall") << QStringList("reinstall") << RunMode::Reinstall;
+    QTest::newRow("uninstall all plug-ins")
+        << QStringList("uninstallAllPlugins") << RunMode::UninstallAll;
 }
 
 /// A manager.cfg was written in the place of another one.

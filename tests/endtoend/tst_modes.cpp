@@ -3,8 +3,6 @@
 
 #include <QtTest>
 
-Q_DECLARE_METATYPE(RunMode)
-
 using test::alreadyInstalledLine;
 using test::installedLine;
 using test::linesOfLookUp;

@@ -5,8 +5,6 @@
 
 #include <unistd.h>
 
-Q_DECLARE_METATYPE(RunMode)
-
 using test::installedLine;
 using test::linesOfConfig;
 using test::linesOfLookUp;
@@ -94,17 +92,10 @@ test::Tree treeOfUnknownHost(const test::Workstation &workstation)
     return expected;
 }
 
+/// In the arguments, "@" stands for the sandbox.
 void addModeRows()
 {
-    QTest::addColumn<QStringList>("arguments"); // "@" stands for the sandbox
-    QTest::addColumn<RunMode>("mode");
-
-    QTest::newRow("install") << QStringList() << RunMode::Install;
-    QTest::newRow("only write config")
-        << QStringList("onlyWriteConfig") << RunMode::OnlyWriteConfig;
-    QTest::newRow("reinstall") << QStringList("reinstall") << RunMode::Reinstall;
-    QTest::newRow("uninstall all plug-ins")
-        << QStringList("uninstallAllPlugins") << RunMode::UninstallAll;
+    test::addModesOfListedHosts();
     QTest::newRow("uninstall a plug-in")
         << QStringList({"uninstallPlugin", "(nuke) @/nuke"}) << RunMode::UninstallPlugin;
     QTest::newRow("remove legacy plug-ins")

@@ -4,8 +4,6 @@
 #include <QRandomGenerator>
 #include <QtTest>
 
-Q_DECLARE_METATYPE(RunMode)
-
 using test::configOf;
 using test::installedLine;
 using test::linesOfConfig;
@@ -326,15 +324,7 @@ void tst_ModesSettings::sizeOfTheArrayDecides()
 
 void tst_ModesSettings::settingsAreNeverWritten_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<RunMode>("mode");
-
-    QTest::newRow("install") << QStringList() << RunMode::Install;
-    QTest::newRow("only write config")
-        << QStringList("onlyWriteConfig") << RunMode::OnlyWriteConfig;
-    QTest::newRow("reinstall") << QStringList("reinstall") << RunMode::Reinstall;
-    QTest::newRow("uninstall all plug-ins")
-        << QStringList("uninstallAllPlugins") << RunMode::UninstallAll;
+    test::addModesOfListedHosts();
     QTest::newRow("uninstall a plug-in")
         << QStringList({"uninstallPlugin", "(sketchup) /nowhere"}) << RunMode::UninstallPlugin;
 }

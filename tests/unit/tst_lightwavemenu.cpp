@@ -12,7 +12,7 @@ constexpr int characterCount = 25850;
 
 const QString pluginEntry = "MenuEntry 2 . Generic_Drask Tasklancer";
 
-/// The parts of one line: "MenuEntry", kind, label, command.
+/// The fields of one line: "MenuEntry", kind, label, command.
 struct Entry {
     QString line;
     int kind = -1;

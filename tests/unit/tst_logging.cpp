@@ -48,14 +48,14 @@ namespace {
 
 constexpr int linesPerProcess = 200;
 
-/// What this program does when it is started with a part's name.
-struct Part {
+/// What this program does when it is started with a role's name.
+struct Role {
     const char *name;
     void (*play)();
 };
 
 // clang-format off
-const Part parts[] = {
+const Role roles[] = {
     {"fatal by handler", [] { myMessageOutput(QtFatalMsg, QMessageLogContext(), "the end"); }},
     {"fatal by stream",  [] { qFatal("the end"); }},
     {"one line each",    [] { qDebug() << "lost"; qWarning("lost"); writeErrorFile("lost"); }},
@@ -64,26 +64,26 @@ const Part parts[] = {
 };
 // clang-format on
 
-const Part *findPart(const char *name)
+const Role *findRole(const char *name)
 {
-    const auto *part = std::find_if(std::cbegin(parts), std::cend(parts), [name](const Part &any) {
+    const auto *role = std::find_if(std::cbegin(roles), std::cend(roles), [name](const Role &any) {
         return qstrcmp(any.name, name) == 0;
     });
-    return part == std::cend(parts) ? nullptr : part;
+    return role == std::cend(roles) ? nullptr : role;
 }
 
-int play(const Part &part, int argc, char *argv[])
+int play(const Role &role, int argc, char *argv[])
 {
     // An abort that a case asks for leaves no core file behind.
     const rlimit noCore = {0, 0};
     setrlimit(RLIMIT_CORE, &noCore);
     const QCoreApplication application(argc, argv);
     qInstallMessageHandler(myMessageOutput);
-    part.play();
+    role.play();
     return 0;
 }
 
-/// Starts this program in the part \a name. Its console is one channel.
+/// Starts this program in its role \a name. Its console is one channel.
 void start(QProcess &process, const QString &name)
 {
     process.setProcessChannelMode(QProcess::MergedChannels);
@@ -185,7 +185,7 @@ void tst_Logging::linesOfEarlierRunsStay()
 
 void tst_Logging::fatalMessageEndsTheProcess_data()
 {
-    QTest::addColumn<QString>("part");
+    QTest::addColumn<QString>("role");
     QTest::addColumn<QByteArray>("logBefore");
 
     QTest::newRow("the handler ends it by itself")
@@ -197,7 +197,7 @@ void tst_Logging::fatalMessageEndsTheProcess_data()
 
 void tst_Logging::fatalMessageEndsTheProcess()
 {
-    QFETCH(QString, part);
+    QFETCH(QString, role);
     QFETCH(QByteArray, logBefore);
     const test::ProgramFolder folder;
     if (!logBefore.isNull()) {
@@ -207,7 +207,7 @@ void tst_Logging::fatalMessageEndsTheProcess()
     const test::Tree before = folder.tree();
 
     QProcess process;
-    start(process, part);
+    start(process, role);
     QVERIFY(process.waitForFinished());
 
     QCOMPARE(process.exitStatus(), QProcess::CrashExit);
@@ -370,8 +370,8 @@ void tst_Logging::twoProcessesMixWholeLines()
 
 int main(int argc, char *argv[])
 {
-    if (const Part *part = argc > 1 ? findPart(argv[1]) : nullptr) {
-        return play(*part, argc, argv);
+    if (const Role *role = argc > 1 ? findRole(argv[1]) : nullptr) {
+        return play(*role, argc, argv);
     }
     return test::runRelocated(argc, argv, [](int count, char *words[]) {
         const QCoreApplication application(count, words);
