@@ -117,7 +117,9 @@ int serveListedHosts(RunMode mode)
     if (mode == RunMode::UninstallAll) {
         return exitCode;
     }
-    return runInstallPass(hosts, settings, mode == RunMode::Reinstall, exitCode);
+    const CopyWhen copyWhen = mode == RunMode::Reinstall ? CopyWhen::Always
+                                                         : CopyWhen::VersionDiffers;
+    return runInstallPass(hosts, settings, copyWhen, exitCode);
 }
 
 int runMode(const CommandLine &commandLine)

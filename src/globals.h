@@ -25,11 +25,3 @@ extern const int pluginVersion;
 /// The installer's own version text: line 4 of every manager.cfg, and all of the version.txt that
 /// the installer keeps beside itself.
 inline constexpr QLatin1String installerVersion = "2.3.10"_l1;
-
-/// What the exit code tells the manager, beyond 0 for success and the results of uninstallations.
-namespace ExitCode {
-/// The files of a plug-in could not be copied, or not all of them.
-inline constexpr int pluginNotCopied = 2;
-/// A manager.cfg or Maya's start-up script could not be written.
-inline constexpr int configurationNotWritten = 3;
-} // namespace ExitCode

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "hoststeps.h"
 
-#include "globals.h"
 #include "installer/plugininstaller.h"
 #include "literals.h"
 #include "logging.h"
+#include "results.h"
 
 #include <QDebug>
 #include <QFile>

@@ -7,6 +7,7 @@
 #include "literals.h"
 #include "logging.h"
 #include "managersettings.h"
+#include "results.h"
 #include "versionfile.h"
 
 #include <QCoreApplication>
@@ -54,7 +55,7 @@ int writeManagerConfig(const PluginInstaller &installer, const PluginPathStruct 
 }
 
 /// Serves one host. Each step that fails overwrites \a exitCode; none stops those behind it.
-void installHost(PluginInstaller &installer, const PluginPathStruct &host, bool forceReinstall,
+void installHost(PluginInstaller &installer, const PluginPathStruct &host, CopyWhen copyWhen,
                  int &exitCode)
 {
     const auto judge = [&exitCode](int stepResult) {
@@ -63,7 +64,7 @@ void installHost(PluginInstaller &installer, const PluginPathStruct &host, bool 
         }
     };
     makeTargetFolder(host.targetFolder());
-    const bool alreadyInstalled = !forceReinstall && isInstalled(host);
+    const bool alreadyInstalled = copyWhen == CopyWhen::VersionDiffers && isInstalled(host);
     if (!alreadyInstalled) {
         judge(copyPlugin(installer, host));
     }
@@ -77,7 +78,7 @@ void installHost(PluginInstaller &installer, const PluginPathStruct &host, bool 
 } // namespace
 
 int runInstallPass(const QList<PluginPathStruct> &hosts, const ManagerSettings &settings,
-                   bool forceReinstall, int exitCode)
+                   CopyWhen copyWhen, int exitCode)
 {
     qDebug() << "!!!settings local: "
              << settings.value(QStringLiteral("PathOptions/localProjectsFolder"));
@@ -90,7 +91,7 @@ int runInstallPass(const QList<PluginPathStruct> &hosts, const ManagerSettings &
 
     for (const PluginPathStruct &host : hosts) {
         if (host.path.contains(QLatin1Char('/'))) {
-            installHost(installer, host, forceReinstall, exitCode);
+            installHost(installer, host, copyWhen, exitCode);
         } else {
             qDebug() << "nothing to copy for " << host.applicationName;
         }

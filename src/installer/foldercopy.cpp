@@ -2,6 +2,7 @@
 #include "installer/plugininstaller.h"
 
 #include "literals.h"
+#include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
@@ -9,14 +10,6 @@
 #include <QDirIterator>
 
 namespace {
-
-enum CopyResult {
-    Copied = 0,
-    NotReplaced = 1,
-    ManifestNotOpened = 1,
-    RightsProblem = 2,
-    SourceMissing = 4,
-};
 
 /// An empty name would mean the working directory, which is nobody's plug-in.
 bool isFolder(const QString &path)
@@ -34,10 +27,10 @@ int copyFile(const QString &source, const QString &target, QTextStream &manifest
 {
     // Deliberate: a first copy, only to be removed, proves that the folder lets files be replaced.
     static_cast<void>(QFile::copy(source, target));
-    int result = Copied;
+    int result = Result::success;
     if (QFile::exists(target) && !QFile::remove(target)) {
         qDebug() << "Could not remove file" << target;
-        result = NotReplaced;
+        result = Result::notReplaced;
     } else if (!QFile::copy(source, target)) {
         // Deliberate: the result stays as it is; the rights check below decides.
         qDebug() << "Could not copy file " << source << " to " << target;
@@ -46,7 +39,7 @@ int copyFile(const QString &source, const QString &target, QTextStream &manifest
     }
     if (!isReadWritable(target)) {
         qDebug() << "exist check failed - rights problem" << target;
-        result = RightsProblem;
+        result = Result::rightsProblem;
     }
     return result;
 }
@@ -77,12 +70,12 @@ QString listFiles(const QString &folder)
 /// Copies the files \a names. Returns what the last one that failed met.
 int copyFiles(const QString &names, const QString &src, const QString &dst, QTextStream &manifest)
 {
-    int result = Copied;
+    int result = Result::success;
     for (int begin = 0; begin < names.size();) {
         const int end = names.indexOf(QLatin1Char('/'), begin);
         const QString name = QLatin1Char('/') + names.mid(begin, end - begin);
         const int fileResult = copyFile(src + name, dst + name, manifest);
-        if (fileResult != Copied) {
+        if (fileResult != Result::success) {
             result = fileResult;
         }
         begin = end + 1;
@@ -115,17 +108,17 @@ int PluginInstaller::copySubFolders(const QString &src, const QString &dst,
             return result;
         }
     }
-    return Copied;
+    return Result::success;
 }
 
 int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nested)
 {
     if (onlyWriteConfig) {
         qDebug() << "only write config, do not copy files";
-        return Copied;
+        return Result::success;
     }
     if (!isFolder(src)) {
-        return SourceMissing;
+        return Result::sourceMissing;
     }
     if (!QDir(dst).exists()) {
         static_cast<void>(QDir().mkpath(dst));
@@ -133,7 +126,7 @@ int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nes
     // Listed before anything is written: the two folders may be one and the same.
     const QString files = listFiles(src);
     if (!nested && !openManifest(dst)) {
-        return ManifestNotOpened;
+        return Result::notReplaced;
     }
     // Every line end flushes, so that the lines of the subfolders come behind those of this folder.
     Utf8Stream manifest(&uninstallFile);

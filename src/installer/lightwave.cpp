@@ -3,6 +3,7 @@
 
 #include "installer/plugininstaller.h"
 #include "literals.h"
+#include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
@@ -16,8 +17,6 @@ static void loadMenuResource()
 }
 
 namespace {
-
-constexpr int configNotOpened = 3;
 
 constexpr QLatin1String lineBreak = "\r\n"_l1;
 constexpr QLatin1String menuEntry = "MenuEntry 2 . Generic_Drask Tasklancer\r\n"_l1;
@@ -114,7 +113,7 @@ int editMenuFile(const QString &path, QString &menuText)
 {
     QFile file(path);
     if (!openConfig(file)) {
-        return configNotOpened;
+        return Result::configurationNotWritten;
     }
     Utf8Stream stream(&file);
     menuText = stream.readAll();
@@ -126,19 +125,16 @@ int editMenuFile(const QString &path, QString &menuText)
     return 0;
 }
 
-int editExtensionFile(const QString &path, const QString &entry, const QString &menuText)
+int editExtensionFile(const QString &path, const QString &menuText)
 {
     QFile file(path);
     if (!openConfig(file)) {
-        return configNotOpened;
+        return Result::configurationNotWritten;
     }
     Utf8Stream stream(&file);
-    const QString text = stream.readAll();
-    const QString lower = text.toLower();
+    const QString lower = stream.readAll().toLower();
     if (!lower.contains("drask tasklancer"_l1)) {
-        // Deliberate: the menu's text is written here, and the extension's goes nowhere.
-        const QString extended = entry + text;
-        Q_UNUSED(extended)
+        // Deliberate: the menu's text is written here, and lightwaveExtensionEntry() nowhere.
         backUpAndWrite(file, stream, menuText);
     }
     return 0;
@@ -180,5 +176,5 @@ int PluginInstaller::editLwvCfgFile(const QString &folder)
     if (result > 0) {
         return result;
     }
-    return editExtensionFile(files.extension, lightwaveExtensionEntry(folder), menuText);
+    return editExtensionFile(files.extension, menuText);
 }

@@ -10,7 +10,7 @@
 QString defaultLightwaveMenu();
 
 /// The block that names the plug-in's module to LightWave. \a module is written with every
-/// backslash doubled.
+/// backslash doubled. What belongs into the extension file; no operation writes it there.
 QString lightwaveExtensionEntry(const QString &module);
 
 /// Returns the menu configuration \a menu with the plug-in's entry: as the first line under the

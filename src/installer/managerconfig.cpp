@@ -2,6 +2,7 @@
 #include "installer/plugininstaller.h"
 
 #include "literals.h"
+#include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
@@ -9,8 +10,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr int configNotWritten = 3;
 
 /// True when \a file begins with exactly \a lines; a line that it lacks counts as empty.
 bool beginsWith(QFile &file, const QStringList &lines)
@@ -61,7 +60,7 @@ int PluginInstaller::writeConfig(const QString &path, const QString &version,
     qDebug() << "161 write cfg file...";
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        return configNotWritten;
+        return Result::configurationNotWritten;
     }
     const QLatin1String lineEnd(windowsLineEnds ? "\r\n" : "\n");
     Utf8Stream(&file) << lines.join(lineEnd);

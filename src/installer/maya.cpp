@@ -3,13 +3,12 @@
 
 #include "installer/scriptedit.h"
 #include "literals.h"
+#include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
 
 namespace {
-
-constexpr int scriptNotInstalled = 1;
 
 constexpr QLatin1String pathLinePrefix = "\tsys.path.append( importable_path("_l1;
 constexpr QLatin1String shelfCall = "draskshelf.init()"_l1;
@@ -51,12 +50,12 @@ int replaceBlock(const QString &target, const QString &targetText, const QString
     const int end = targetText.indexOf(deferredCall) + deferredCall.size();
     if (start < 0 || end < 0) {
         qDebug() << "old positions not found";
-        return scriptNotInstalled;
+        return Result::scriptNotInstalled;
     }
     QFile file(target);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
         qDebug() << "Could not open target file2" << file.errorString();
-        return scriptNotInstalled;
+        return Result::scriptNotInstalled;
     }
     const QLatin1String frame("\r\n");
     Utf8Stream(&file) << targetText.left(start) << frame << block << frame << targetText.mid(end);
@@ -84,7 +83,7 @@ int addToUserSetup(const QString &target, const QString &backup, const QString &
     QFile templateLines(templateFile);
     if (!templateLines.open(QIODevice::ReadOnly | QIODevice::Text)) {
         qDebug() << "1635 error " << templateFile;
-        return scriptNotInstalled;
+        return Result::scriptNotInstalled;
     }
     Utf8Stream source(&templateLines);
     // Deliberate: nothing is written in front of the block, not even a missing line end; Maya

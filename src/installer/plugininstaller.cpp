@@ -3,6 +3,7 @@
 
 #include "globals.h"
 #include "literals.h"
+#include "results.h"
 #include "textfile.h"
 
 #include <QCoreApplication>
@@ -14,7 +15,6 @@
 
 namespace {
 
-constexpr int versionFileNotWritten = 3;
 constexpr int cpuTypeTimeoutMs = 30000;
 
 /// Starts \a program, waits for its end, and returns what it wrote to its standard output.
@@ -62,7 +62,7 @@ int PluginInstaller::writeVersionFile(const QString &folder, const QString &vers
     QFile file(folder + "/version.txt"_l1);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
         qDebug() << "error writing version file: " << folder;
-        return versionFileNotWritten;
+        return Result::configurationNotWritten;
     }
     Utf8Stream(&file) << version;
     return 0;

@@ -77,13 +77,14 @@ public:
 
     /// Adds the line "import drask" to the Clarisse start-up script \a script (a full name; UTF-8),
     /// once, and makes the script when there is none. Returns 0 when the line is there, 1 when the
-    /// file cannot be opened. Logs nothing.
+    /// file cannot be opened. Logs nothing. Library only: no mode calls it.
     static int editClarisseStartup(const QString &script);
 
-    /// Registers the plug-in in LightWave's configuration: its menu entry in the menu file of the
-    /// folder \a folder (a name "LW….CFG") and its module, \a folder, in the extension file (a name
-    /// "LW…EXT….CFG"). Files are UTF-8 with "\r\n" line ends. A file that mentions the plug-in is
-    /// not changed. Returns 0, or 3 when a configuration file cannot be opened, which is logged.
+    /// Adds the plug-in's entry to the menu file of LightWave's configuration in the folder
+    /// \a folder (a name "LW….CFG"), and writes the menu's text to the extension file (a name
+    /// "LW…EXT….CFG") too. Files are UTF-8 with "\r\n" line ends. A file that mentions the plug-in
+    /// is not changed. Returns 0, or 3 when a configuration file cannot be opened, which is logged.
+    /// Library only: no mode calls it.
     ///
     /// What is written depends on the backups (name + "_bak"): see backUpAndWrite() in
     /// lightwave.cpp.
@@ -93,7 +94,8 @@ public:
     /// UTF-8) from \a sourceFolder into \a destFolder, with their place-holders replaced by paths
     /// in \a destFolder, as it stands. Lines end with "\n". Existing targets are overwritten; a
     /// source without lines leaves its target alone. Returns 0, or 1 at the first script that
-    /// cannot be read or written, which is logged; scripts written before it stay.
+    /// cannot be read or written, which is logged; scripts written before it stay. Library only: no
+    /// mode calls it.
     static int copyXSIPlugin(const QString &sourceFolder, const QString &destFolder);
 
 private:

@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "installer/scriptedit.h"
 
+#include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
 #include <QFile>
-
-namespace {
-
-constexpr int targetNotOpened = 1;
-
-} // namespace
 
 bool ScriptScan::hasOldLine() const
 {
@@ -26,7 +21,7 @@ int writeLines(QTextStream &source, const QString &path, QIODevice::OpenMode mod
     while (readWholeLine(source, line)) {
         if (!target.isOpen() && !target.open(mode)) {
             qDebug() << "Could not open target file" << target.errorString();
-            return targetNotOpened;
+            return Result::scriptNotInstalled;
         }
         stream << edit(line) << Qt::endl;
         // Each line is written for itself: one that met a full disk does not silence the rest.
@@ -51,7 +46,7 @@ int appendText(const QString &path, const QString &text)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite | QIODevice::Append | QIODevice::Text)) {
-        return targetNotOpened;
+        return Result::scriptNotInstalled;
     }
     Utf8Stream(&file) << text;
     return 0;

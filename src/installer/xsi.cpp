@@ -3,13 +3,12 @@
 
 #include "installer/scriptedit.h"
 #include "literals.h"
+#include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
 
 namespace {
-
-constexpr int scriptNotWritten = 1;
 
 struct XsiScript {
     QLatin1String name;
@@ -56,7 +55,7 @@ int installScript(const XsiScript &script, const QString &sourceFolder, const QS
         qDebug() << "targetFile: " << target;
     }
     if (!openSource(source, script)) {
-        return scriptNotWritten;
+        return Result::scriptNotInstalled;
     }
     const QString replacement = QString(script.replacement).arg(destFolder);
     Utf8Stream lines(&source);

@@ -2,14 +2,13 @@
 #include "uninstaller/pluginuninstaller.h"
 
 #include "literals.h"
+#include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
 #include <QFile>
 
 namespace {
-
-constexpr int fileNotDeleted = 2;
 
 int deleteListedFiles(QFile &manifest)
 {
@@ -18,7 +17,7 @@ int deleteListedFiles(QFile &manifest)
     QString line;
     while (readWholeLine(stream, line)) {
         if (QFile::exists(line) && !QFile::remove(line)) {
-            result = fileNotDeleted;
+            result = Result::fileNotDeleted;
         }
     }
     return result;

@@ -37,11 +37,11 @@ inline QStringList linesBefore(const QString &projectsFolder = "QVariant(Invalid
     return {"Debug: !!!settings local:  " + projectsFolder, "Debug: version:  24"};
 }
 
-inline int runPass(const QList<PluginPathStruct> &hosts, bool forceReinstall = false,
-                   int exitCode = 0)
+inline int runPass(const QList<PluginPathStruct> &hosts,
+                   CopyWhen copyWhen = CopyWhen::VersionDiffers, int exitCode = 0)
 {
     const ManagerSettings settings;
-    return runInstallPass(hosts, settings, forceReinstall, exitCode);
+    return runInstallPass(hosts, settings, copyWhen, exitCode);
 }
 
 /// The manager.cfg that a pass writes when nothing is set and no program tells the CPU type.

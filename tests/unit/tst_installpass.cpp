@@ -349,7 +349,7 @@ void tst_InstallPass::hostFolderWithoutSlashIsPassedOver()
     expected["modo/Scripts/drask/uninstall.ini"] = "";
     const test::LogCapture log;
 
-    QCOMPARE(runPass({host, next}, true), 0);
+    QCOMPARE(runPass({host, next}, CopyWhen::Always), 0);
 
     QCOMPARE(log.lines().value(2), QString("Debug: nothing to copy for  \"c4d\""));
     QCOMPARE(log.lines().value(3), QString("Debug: open file:  \"\""));

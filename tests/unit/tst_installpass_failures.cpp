@@ -283,7 +283,7 @@ void tst_InstallPassFailures::carriedExitCodeIsKeptOrOverwritten()
     const PluginPathStruct host = fails ? withoutSource(sandbox, "modo") : inOrder(sandbox, "modo");
     const test::LogCapture log;
 
-    QCOMPARE(runPass({host}, true, carried), exitCode);
+    QCOMPARE(runPass({host}, CopyWhen::Always, carried), exitCode);
 
     QCOMPARE(log.lines().last(), QStringLiteral("Debug: %1").arg(exitCode));
 }

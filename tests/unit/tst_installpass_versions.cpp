@@ -178,7 +178,7 @@ void tst_InstallPassVersions::reinstallDoesNotReadTheVersion()
     expected["modo/Scripts/drask/uninstall.ini"] = (host.targetFolder() + "/a.py\n").toUtf8();
     const test::LogCapture log;
 
-    QCOMPARE(runPass({host}, true), 0);
+    QCOMPARE(runPass({host}, CopyWhen::Always), 0);
 
     QCOMPARE(log.lines(),
              linesBefore() + QStringList("Debug: open file:  \"\"") + linesOfNewConfig()
@@ -195,7 +195,7 @@ void tst_InstallPassVersions::reinstallRunsTheHostSteps()
     sandbox.write("houdini/Plugins/drask/version.txt", "7");
     const test::LogCapture log;
 
-    QCOMPARE(runPass({host}, true), 0);
+    QCOMPARE(runPass({host}, CopyWhen::Always), 0);
 
     QCOMPARE(sandbox.read("houdini/houdini.env"),
              QByteArray("\n#drask_installed\nHOUDINI_PATH = \";$HOUDINI_PATH\"\n"));
