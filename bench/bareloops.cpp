@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "bareloops.h"
 
+#include "globals.h"
+
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
@@ -81,8 +83,8 @@ static QList<BareHost> askSettings(const QString &settings)
 
 void installLoop(const QString &settings, const QString &source, const QString &programVersion)
 {
-    const QString config = "Ann\n\n" + QCoreApplication::applicationDirPath()
-        + "/DraskDrop\n2.3.10\n" + "\n1\n1";
+    const QString config = "Ann\n\n" + QCoreApplication::applicationDirPath() + "/DraskDrop\n"
+        + installerVersion + "\n\n1\n1";
     const QList<BareHost> hosts = askSettings(settings);
     for (const BareHost &host : hosts) {
         if (!QDir(host.folder).exists()) {
@@ -100,7 +102,7 @@ void installLoop(const QString &settings, const QString &source, const QString &
             qDebug() << "not necessary to write cfg";
         }
     }
-    writeText(programVersion, "2.3.10");
+    writeText(programVersion, installerVersion);
 }
 
 void removeLoop(const QString &manifest)

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Holds the pages against the sources: what the program can say, what it knows and what it understands
-# has its place in them, every host is known to tests and demo, every header is part of the reference,
-# every link leads somewhere, and the manual page is in order. Ends with 1 when something is missing.
+# has its place in them, every header is part of the reference, every link leads somewhere, and the
+# manual page is in order. Ends with 1 when something is missing.
 set -u
 cd "$(dirname "$0")/.." || exit 1
 # Pages and sources are UTF-8; sorting and comparing is by bytes.
@@ -46,35 +46,6 @@ check_messages() {
     while IFS= read -r message; do
         expect "$message" docs/integration.md
     done < <(messages)
-}
-
-check_hosts() {
-    local row key folder source version
-    while IFS= read -r row; do
-        IFS='|' read -r key folder source version < <(
-            printf '%s\n' "$row" | sed 's/^ *{"//; s/"_l1}.*//; s/"_l1, *"/|/g'
-        )
-        expect "| \`$key\` |" README.md docs/integration.md
-        [ -z "$folder" ] || expect "$folder\`" README.md
-        expect ".Li $key" docs/drask-installer.1
-        expect "\`$source\`" README.md docs/integration.md
-        expect "\`$version\`" README.md docs/integration.md
-    done < <(rows src/hostcatalogue.cpp hostTable; rows src/hostcatalogue.cpp maxRow)
-}
-
-# What CONTRIBUTING.md asks for beside the pages: without their rows no test knows a new host.
-check_tables() {
-    local key row table
-    while IFS= read -r row; do
-        key=$(printf '%s\n' "$row" | sed 's/^ *{"//; s/".*//')
-        for table in tests/unit/tst_hostcatalogue.cpp tests/unit/tst_hoststeps.cpp \
-            tests/support/studio.cpp tests/fuzz/fuzz_settings.cpp \
-            tests/fuzz/dictionaries/fuzz_settings.dict; do
-            expect "\"$key\"" "$table"
-        done
-        grep -q "^$key|" scripts/demo/workstation.sh \
-            || complain "scripts/demo/workstation.sh has no row for $key"
-    done < <(rows src/hostcatalogue.cpp hostTable; rows src/hostcatalogue.cpp maxRow)
 }
 
 check_mode_words() {
@@ -126,8 +97,6 @@ check_manual() {
 }
 
 check_messages
-check_hosts
-check_tables
 check_mode_words
 check_headers
 check_links

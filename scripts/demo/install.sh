@@ -61,7 +61,8 @@ show_hosts() {
 }
 
 expected_manager_config() {
-    printf '%s\n' 'Zoë Lindqvist' "$SAMPLE/Projects" "$SAMPLE/$TOOL/DraskDrop" 2.3.10
+    printf '%s\n' 'Zoë Lindqvist' "$SAMPLE/Projects" "$SAMPLE/$TOOL/DraskDrop" \
+        "$(sed -n 's/.*installerVersion = "\([^"]*\)".*/\1/p' src/globals.h)"
     "$SAMPLE/$TOOL/cputype" | base64 | tr '+/' '-_'
     printf '1\n1'
 }

@@ -4,26 +4,14 @@
 # the fifteen hosts with files of their own. Wants SAMPLE (the workstation) and TOOL (the tool's
 # folder below it).
 
-# A row a host: key, folder of the host, folder of the plug-in inside it (XXX: one for each
-# language), name of the plug-in below plugins/, name of its version in the settings.
+# A row for each host: key, folder of the host, folder of the plug-in inside it (XXX for a language),
+# name of the plug-in below plugins/, name of its version in the settings.
 list_hosts() {
-    cat <<'ROWS'
-c4d|Applications/MAXON/CINEMA 4D R13|plugins/drask|Cinema4D|versionCinema4d
-c4d14|Applications/MAXON/CINEMA 4D R16|plugins/drask|Cinema4D14|versionCinema4d14
-c4d21|Applications/MAXON/Cinema 4D R21|plugins/drask|Cinema4D21|versionCinema4d21
-blender|Library/Application Support/Blender/2.79|scripts/startup/adrask|Blender|versionBlender
-blender28|Library/Application Support/Blender/2.83|scripts/startup/adrask|Blender28|versionBlender28
-xsi|Applications/Autodesk/Softimage 2015|Application/Plugins/drask|xsi|versionXSI
-lightwave|Applications/LightWave 2019|Plugins/drask|lightwave|versionLightwave
-maya|Library/Preferences/Autodesk/maya/2022|scripts/drask|maya|versionMaya
-modo|Library/Application Support/Modo|Scripts/drask|modo|versionModo
-rhino|Applications/Rhino 5|Plug-ins/Drask|rhino|versionRhino
-revit|Applications/Autodesk/Revit 2020|Plugins/drask|revit|versionRevit
-houdini|Library/Preferences/houdini/18.0|Plugins/drask|houdini|versionHoudini
-sketchup|Library/Application Support/SketchUp 2020/Plugins||sketchup|versionSketchup
-clarisse|Library/Application Support/Clarisse 4|drask|clarisse|versionClarisse
-3dsmax|Applications/Autodesk/3ds Max 2020|XXX/scripts/startup/drask|3ds|version3ds
-ROWS
+    awk -F ' *[|] *' '/^[^#]/ {
+        sub(/^\//, "", $2)
+        sub(/LANGUAGE/, "XXX", $2)
+        print $1 "|" $5 "|" $2 "|" $3 "|" $4
+    }' data/hosts.txt
 }
 
 # A row a plug-in: name below plugins/, version, files beside its version.txt.

@@ -9,7 +9,7 @@ constexpr char config[] = "plugin/manager.cfg";
 
 QStringList configLines(const QString &user, const QString &projects, bool textures)
 {
-    return {user, projects, "/opt/Drask Müller/DraskDrop", "2.3.10", "", "1", textures ? "1" : "0"};
+    return {user, projects, "/opt/Drask Müller/DraskDrop", "1.2.3", "", "1", textures ? "1" : "0"};
 }
 
 PluginInstaller installerFor(const QString &user, const QString &projects, bool textures)
@@ -47,7 +47,7 @@ void writeConfig(const fuzz::Sandbox &sandbox, const PluginInstaller &installer,
         sandbox.age(config);
     }
 
-    fuzz::promise(installer.writeConfig(sandbox.path(config), "2.3.10", windowsLineEnds) == 0,
+    fuzz::promise(installer.writeConfig(sandbox.path(config), "1.2.3", windowsLineEnds) == 0,
                   "a configuration in a writable folder can be written");
     sandbox.promiseTree(expected, "the configuration is rewritten, or says the same already");
     fuzz::promise(!isSame || sandbox.isAged(config), "one that says the same is not written");

@@ -12,35 +12,14 @@ namespace {
 
 struct Host {
     const char *key;
-    const char *subFolder;
+    const char *subFolder; ///< "LANGUAGE" in it stands for each language
     const char *source;
     const char *versionKey;
 };
 
-// clang-format off
 constexpr Host hosts[] = {
-    {"c4d",       "/plugins/drask",             "Cinema4D",   "plugins/versionCinema4d"},
-    {"c4d14",     "/plugins/drask",             "Cinema4D14", "plugins/versionCinema4d14"},
-    {"c4d21",     "/plugins/drask",             "Cinema4D21", "plugins/versionCinema4d21"},
-    {"blender",   "/scripts/startup/adrask",    "Blender",    "plugins/versionBlender"},
-    {"blender28", "/scripts/startup/adrask",    "Blender28",  "plugins/versionBlender28"},
-    {"xsi",       "/Application/Plugins/drask", "xsi",        "plugins/versionXSI"},
-    {"lightwave", "/Plugins/drask",             "lightwave",  "plugins/versionLightwave"},
-    {"maya",      "/scripts/drask",             "maya",       "plugins/versionMaya"},
-    {"modo",      "/Scripts/drask",             "modo",       "plugins/versionModo"},
-    {"rhino",     "/Plug-ins/Drask",            "rhino",      "plugins/versionRhino"},
-    {"revit",     "/Plugins/drask",             "revit",      "plugins/versionRevit"},
-    {"houdini",   "/Plugins/drask",             "houdini",    "plugins/versionHoudini"},
-    {"sketchup",  "",                           "sketchup",   "plugins/versionSketchup"},
-    {"clarisse",  "/drask",                     "clarisse",   "plugins/versionClarisse"},
-    {"3dsmax",    "/CHS/scripts/startup/drask", "3ds",        "plugins/version3ds"},
-    {"3dsmax",    "/DEU/scripts/startup/drask", "3ds",        "plugins/version3ds"},
-    {"3dsmax",    "/ENU/scripts/startup/drask", "3ds",        "plugins/version3ds"},
-    {"3dsmax",    "/FRA/scripts/startup/drask", "3ds",        "plugins/version3ds"},
-    {"3dsmax",    "/JPN/scripts/startup/drask", "3ds",        "plugins/version3ds"},
-    {"3dsmax",    "/KOR/scripts/startup/drask", "3ds",        "plugins/version3ds"},
+#include "hosts.inc"
 };
-// clang-format on
 
 /// More entries than these would only cost time: each is a round of its own.
 constexpr int mostEntries = 40;
@@ -97,15 +76,28 @@ QByteArray uninstallLog(const QString &folder)
         + logLine("could not delete ", folder + "/manager.cfg") + logLine("uninstallPlugin ", 0);
 }
 
-QStringList subFoldersOf(const QString &key)
+QStringList subFoldersOf(const Host &host)
 {
+    const QString subFolder = host.subFolder;
+    if (!subFolder.contains("LANGUAGE")) {
+        return {subFolder};
+    }
     QStringList folders;
+    for (const char *language : {"CHS", "DEU", "ENU", "FRA", "JPN", "KOR"}) {
+        folders.append(QString(subFolder).replace("LANGUAGE", language));
+    }
+    return folders;
+}
+
+/// The row of \a key; null for an unknown host.
+const Host *hostOf(const QString &key)
+{
     for (const Host &host : hosts) {
         if (key == host.key) {
-            folders.append(host.subFolder);
+            return &host;
         }
     }
-    return folders.isEmpty() ? QStringList("") : folders;
+    return nullptr;
 }
 
 QByteArray promisedLog(const Settings &settings)
@@ -114,7 +106,8 @@ QByteArray promisedLog(const Settings &settings)
     QByteArray uninstalling;
     for (const auto &[key, path] : settings.entries) {
         reading += logLine("applicationName", key) + logLine("path", path);
-        const QStringList subFolders = subFoldersOf(key);
+        const Host *host = hostOf(key);
+        const QStringList subFolders = host == nullptr ? QStringList("") : subFoldersOf(*host);
         for (const QString &subFolder : subFolders) {
             uninstalling += uninstallLog('(' + key + ") " + path + subFolder);
         }
@@ -155,36 +148,35 @@ void promiseDriverReads(const fuzz::Sandbox &sandbox, const Settings &settings)
     fuzz::promise(sandbox.isAged("tool/settings.ini"), "the settings are never written");
 }
 
-void promiseRecord(const PluginPathStruct &record, const Host &host, const QString &tool,
-                   const SettingsFile &file)
+void promiseKnown(const QList<PluginPathStruct> &records, const Host &host, const QString &tool)
 {
-    fuzz::promise(record.pluginSubFolder == host.subFolder
-                      && record.sourceFolder == tool + "/plugins/" + host.source,
-                  "a known host has its folders");
-    fuzz::promise(record.version == file.value(host.versionKey).toInt(),
-                  "a known host has the version that the settings record");
+    const SettingsFile file(tool + "/settings.ini");
+    QStringList subFolders;
+    for (const PluginPathStruct &record : records) {
+        subFolders.append(record.pluginSubFolder);
+        fuzz::promise(record.sourceFolder == tool + "/plugins/" + host.source,
+                      "a known host has its source");
+        fuzz::promise(record.version == file.value("plugins/" + QString(host.versionKey)).toInt(),
+                      "a known host has the version that the settings record");
+    }
+    fuzz::promise(subFolders == subFoldersOf(host), "a known host has its folders");
 }
 
 void promiseRecords(const QString &key, const QString &path, const QString &tool)
 {
-    const SettingsFile file(tool + "/settings.ini");
     const QList<PluginPathStruct> records = getPluginInfoList(key, path);
     for (const PluginPathStruct &record : records) {
         fuzz::promise(record.applicationName == key && record.path == path,
                       "a record says what it was asked for");
     }
-    int known = 0;
-    for (const Host &host : hosts) {
-        if (key == host.key) {
-            fuzz::promise(known < records.size(), "a host has as many records as places");
-            promiseRecord(records.at(known++), host, tool, file);
-        }
+    if (const Host *host = hostOf(key)) {
+        promiseKnown(records, *host, tool);
+    } else {
+        fuzz::promise(records.size() == 1 && records.first().version == -9999
+                          && records.first().targetFolder() == path
+                          && records.first().sourceFolder.isEmpty(),
+                      "an unknown host has a record that says so");
     }
-    fuzz::promise(records.size() == qMax(known, 1), "a host has as many records as places");
-    fuzz::promise(known > 0
-                      || (records.first().version == -9999 && records.first().targetFolder() == path
-                          && records.first().sourceFolder.isEmpty()),
-                  "an unknown host has a record that says so");
 }
 
 /// The input is the settings.ini.

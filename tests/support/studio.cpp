@@ -290,7 +290,7 @@ Tree Studio::installed(const Tree &before) const
     tree["hosts/houdini18.0/houdini.env"] += "\n#drask_installed\n"
                                              "HOUDINI_PATH = \";$HOUDINI_PATH\"\n";
     putRegistry(tree, *this);
-    tree["tool/version.txt"] = "2.3.10";
+    tree["tool/version.txt"] = DRASK_VERSION;
     return tree;
 }
 
@@ -299,7 +299,7 @@ QByteArray Studio::configOf(const QString &key) const
     const QList<QByteArray> lines{"Ann L\xc3\xb6we",
                                   "/home/ann/pr\xc3\xb8jects",
                                   tool("DraskDrop").toUtf8(),
-                                  "2.3.10",
+                                  DRASK_VERSION,
                                   cpuTypeInBase64,
                                   "1",
                                   "1"};

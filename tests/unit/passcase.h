@@ -48,7 +48,7 @@ inline int runPass(const QList<PluginPathStruct> &hosts,
 inline QByteArray plainConfig(const ProgramFolder &folder, const QByteArray &lineEnd = "\n")
 {
     const QByteArray dropProgram = folder.path("DraskDrop").toUtf8();
-    return QList<QByteArray>{"", "", dropProgram, "2.3.10", "", "1", "1"}.join(lineEnd);
+    return QList<QByteArray>{"", "", dropProgram, DRASK_VERSION, "", "1", "1"}.join(lineEnd);
 }
 
 } // namespace test

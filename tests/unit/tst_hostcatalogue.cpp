@@ -16,6 +16,7 @@ private slots:
     void everyHostHasItsRow_data();
     void everyHostHasItsRow();
     void everyHostReadsItsOwnVersionKey();
+    void tableOfThePagesHasTheSameRows();
     void maxHasOneRecordPerLanguage();
     void versionIsReadAsInteger_data();
     void versionIsReadAsInteger();
@@ -163,6 +164,23 @@ void tst_HostCatalogue::everyHostReadsItsOwnVersionKey()
     }
 }
 
+void tst_HostCatalogue::tableOfThePagesHasTheSameRows()
+{
+    const Host rows[] = {
+#include "hosts.inc"
+    };
+    QVector<Host> expected(std::cbegin(hosts), std::cend(hosts));
+    expected.append({maxKey, "/LANGUAGE/scripts/startup/drask", "3ds", "version3ds"});
+
+    QCOMPARE(static_cast<int>(std::size(rows)), expected.size());
+    for (int index = 0; index < expected.size(); ++index) {
+        QCOMPARE(rows[index].key, expected.at(index).key);
+        QCOMPARE(rows[index].subFolder, expected.at(index).subFolder);
+        QCOMPARE(rows[index].sourceName, expected.at(index).sourceName);
+        QCOMPARE(rows[index].versionKey, expected.at(index).versionKey);
+    }
+}
+
 void tst_HostCatalogue::maxHasOneRecordPerLanguage()
 {
     const test::ProgramFolder folder;
@@ -194,7 +212,7 @@ void tst_HostCatalogue::versionIsReadAsInteger_data()
     QTest::newRow("nothing") << QByteArray("") << 0;
     QTest::newRow("letters") << QByteArray("abc") << 0;
     QTest::newRow("letters behind a number") << QByteArray("12a") << 0;
-    QTest::newRow("a version with dots") << QByteArray("2.3.10") << 0;
+    QTest::newRow("a version with dots") << QByteArray("1.2.3") << 0;
     QTest::newRow("a list") << QByteArray("12, 13") << 0;
 }
 

@@ -54,7 +54,7 @@ void tst_InstallPass::emptyHostListWritesOnlyTheVersionFile()
 
     QCOMPARE(runPass({}), 0);
 
-    QCOMPARE(test::treeDifference(folder.tree(), {{"version.txt", "2.3.10"}}), QString());
+    QCOMPARE(test::treeDifference(folder.tree(), {{"version.txt", DRASK_VERSION}}), QString());
     QCOMPARE(log.lines(), linesBefore() + QStringList("Debug: 0"));
 }
 
@@ -66,7 +66,7 @@ void tst_InstallPass::programsVersionFileIsReplaced()
 
     QCOMPARE(runPass({}), 0);
 
-    QCOMPARE(folder.read("version.txt"), QByteArray("2.3.10"));
+    QCOMPARE(folder.read("version.txt"), QByteArray(DRASK_VERSION));
 }
 
 void tst_InstallPass::unwritableVersionFileIsNoFailure()
@@ -155,7 +155,7 @@ void tst_InstallPass::stepsRunInOrder()
             + QStringList({"Debug: open file:  \"\"", "Debug: cannot read config file, create new",
                            "Debug: 161 write cfg file...", installedLine(host), "Debug: 0"}));
     QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-    QCOMPARE(test::treeDifference(folder.tree(), {{"version.txt", "2.3.10"}}), QString());
+    QCOMPARE(test::treeDifference(folder.tree(), {{"version.txt", DRASK_VERSION}}), QString());
 }
 
 void tst_InstallPass::secondPassChangesNothing()
@@ -214,7 +214,8 @@ void tst_InstallPass::configurationHoldsTheGlobals()
     QCOMPARE(runPass({host}), 0);
 
     QCOMPARE(sandbox.read("modo/Scripts/drask/manager.cfg"),
-             "\xc3\x84nn\n/p r\n" + folder.path("DraskDrop").toUtf8() + "\n2.3.10\n\n1\n1");
+             "\xc3\x84nn\n/p r\n" + folder.path("DraskDrop").toUtf8()
+                 + "\n" DRASK_VERSION "\n\n1\n1");
 }
 
 void tst_InstallPass::texturesAreCopiedUnlessSwitchedOff_data()

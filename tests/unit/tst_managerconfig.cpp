@@ -11,7 +11,7 @@ namespace {
 
 QByteArray wanted()
 {
-    return "ann\n/home/ann/projects\n/opt/drask/DraskDrop\n2.3.10\n\n1\n1";
+    return "ann\n/home/ann/projects\n/opt/drask/DraskDrop\n1.2.3\n\n1\n1";
 }
 
 const char newFile[] = "Debug: cannot read config file, create new";
@@ -30,7 +30,7 @@ QStringList logOfWriting(const test::Sandbox &sandbox, int expectedResult,
 {
     const PluginInstaller installer = makeInstaller();
     const test::LogCapture log;
-    const int result = installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10",
+    const int result = installer.writeConfig(sandbox.path("manager.cfg"), "1.2.3",
                                              windowsLineEnds);
     QStringList lines = log.lines();
     if (result != expectedResult) {
@@ -106,13 +106,13 @@ void tst_ManagerConfig::nonAsciiValuesAreWrittenAsUtf8()
     const PluginInstaller installer("/opt/dr\u00e4sk", "J\u00fcrgen \U0001F40D", "/\u65e5\u672c",
                                     false, true);
 
-    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10", false), 0);
+    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "1.2.3", false), 0);
     sandbox.age("manager.cfg");
-    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10", false), 0);
+    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "1.2.3", false), 0);
 
     QCOMPARE(sandbox.read("manager.cfg"),
              QByteArray("J\xc3\xbcrgen \xf0\x9f\x90\x8d\n/\xe6\x97\xa5\xe6\x9c\xac\n"
-                        "/opt/dr\xc3\xa4sk/DraskDrop\n2.3.10\n\n1\n1"));
+                        "/opt/dr\xc3\xa4sk/DraskDrop\n1.2.3\n\n1\n1"));
     QVERIFY(sandbox.isAged("manager.cfg"));
 }
 
@@ -121,7 +121,7 @@ void tst_ManagerConfig::programsFolderGetsTheDropNameAsItStands()
     const test::Sandbox sandbox;
     const PluginInstaller installer("/opt/drask/", "ann", "/projects", false, true);
 
-    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10", false), 0);
+    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "1.2.3", false), 0);
 
     QCOMPARE(sandbox.read("manager.cfg").split('\n').value(2), QByteArray("/opt/drask//DraskDrop"));
 }
@@ -154,7 +154,7 @@ void tst_ManagerConfig::cpuTypeIsWrittenWithTheUrlSafeAlphabet()
 
     installer.readCPUinfo();
     QVERIFY(program.remove());
-    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10", false), 0);
+    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "1.2.3", false), 0);
 
     QCOMPARE(sandbox.read("manager.cfg").split('\n').value(4), line);
 }
@@ -201,7 +201,7 @@ void tst_ManagerConfig::differentFileIsWrittenAnew_data()
     }
     QTest::newRow("a capital letter") << wanted().replace("ann\n", "Ann\n");
     QTest::newRow("a blank behind a line") << wanted().replace("ann\n", "ann \n");
-    QTest::newRow("a blank before a line") << wanted().replace("2.3.10", " 2.3.10");
+    QTest::newRow("a blank before a line") << wanted().replace("1.2.3", " 1.2.3");
     QTest::newRow("the last line is missing") << wanted().chopped(2);
     QTest::newRow("the empty line is missing") << wanted().replace("\n\n", "\n");
     QTest::newRow("another padding of the same CPU type") << wanted().replace("\n\n", "\n=\n");
@@ -226,7 +226,7 @@ void tst_ManagerConfig::texturesAloneChangeTheLastLine()
     sandbox.write("manager.cfg", wanted());
     const PluginInstaller installer = makeInstaller(false);
 
-    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10", false), 0);
+    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "1.2.3", false), 0);
 
     QCOMPARE(sandbox.read("manager.cfg"), wanted().chopped(1) + '0');
 }
@@ -261,13 +261,13 @@ void tst_ManagerConfig::lineFeedInAValueHasTheFileWrittenEachTime()
     const test::Sandbox sandbox;
     const PluginInstaller installer("/opt/drask", user, projects, false, true);
     const QByteArray content = (user + '\n' + projects).toUtf8()
-        + "\n/opt/drask/DraskDrop\n2.3.10\n\n1\n1";
-    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10", false), 0);
+        + "\n/opt/drask/DraskDrop\n1.2.3\n\n1\n1";
+    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "1.2.3", false), 0);
     QCOMPARE(sandbox.read("manager.cfg"), content);
     sandbox.age("manager.cfg");
     const test::LogCapture log;
 
-    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "2.3.10", false), 0);
+    QCOMPARE(installer.writeConfig(sandbox.path("manager.cfg"), "1.2.3", false), 0);
 
     QVERIFY(!sandbox.isAged("manager.cfg"));
     QCOMPARE(sandbox.read("manager.cfg"), content);
@@ -280,7 +280,7 @@ void tst_ManagerConfig::missingFolderFailsAndIsNotMade()
     const PluginInstaller installer = makeInstaller();
     const test::LogCapture log;
 
-    QCOMPARE(installer.writeConfig(sandbox.path("nowhere/manager.cfg"), "2.3.10", false), 3);
+    QCOMPARE(installer.writeConfig(sandbox.path("nowhere/manager.cfg"), "1.2.3", false), 3);
 
     QCOMPARE(log.lines(), QStringList({newFile, writes}));
     QCOMPARE(test::treeDifference(sandbox.tree(), test::Tree()), QString());
@@ -302,7 +302,7 @@ void tst_ManagerConfig::tooLongNameFails()
     const test::Sandbox sandbox;
     const PluginInstaller installer = makeInstaller();
 
-    QCOMPARE(installer.writeConfig(sandbox.path(QString(256, 'x')), "2.3.10", false), 3);
+    QCOMPARE(installer.writeConfig(sandbox.path(QString(256, 'x')), "1.2.3", false), 3);
 
     QCOMPARE(test::treeDifference(sandbox.tree(), test::Tree()), QString());
 }

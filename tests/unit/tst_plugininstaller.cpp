@@ -112,7 +112,7 @@ void tst_PluginInstaller::versionFileHoldsTheTextAlone_data()
     QTest::addColumn<QString>("version");
     QTest::addColumn<QByteArray>("content");
 
-    QTest::newRow("the installer's own version") << "2.3.10" << QByteArray("2.3.10");
+    QTest::newRow("a version with dots") << "1.2.3" << QByteArray("1.2.3");
     QTest::newRow("a number") << "17" << QByteArray("17");
     QTest::newRow("an empty text") << "" << QByteArray("");
     QTest::newRow("non-ASCII letters") << "2.3 \u03b2\u00e9" << QByteArray("2.3 \xce\xb2\xc3\xa9");
@@ -138,7 +138,7 @@ void tst_PluginInstaller::versionFileIsReadBackWhenItIsANumber_data()
     QTest::addColumn<int>("readBack");
 
     QTest::newRow("a number") << "17" << 17;
-    QTest::newRow("the installer's own version") << "2.3.10" << -1;
+    QTest::newRow("a version with dots") << "1.2.3" << -1;
 }
 
 void tst_PluginInstaller::versionFileIsReadBackWhenItIsANumber()

@@ -38,7 +38,7 @@ void tst_VersionFile::readsTheFirstLine_data()
     QTest::newRow("a blank behind the number") << QByteArray("12 ") << -1;
     QTest::newRow("a tab before the number") << QByteArray("\t12") << -1;
     QTest::newRow("a letter behind the number") << QByteArray("12a") << -1;
-    QTest::newRow("the installer's own version") << QByteArray("2.3.10") << -1;
+    QTest::newRow("a version with dots") << QByteArray("1.2.3") << -1;
     QTest::newRow("hexadecimal digits") << QByteArray("0x12") << -1;
     QTest::newRow("leading zeros") << QByteArray("012") << 12;
     QTest::newRow("a no-break space before the number") << QByteArray("\xc2\xa0"
@@ -67,7 +67,7 @@ void tst_VersionFile::writtenVersionReadsBack_data()
     QTest::addColumn<int>("version");
 
     QTest::newRow("a whole number") << QString("17") << 17;
-    QTest::newRow("the installer's own version") << QString("2.3.10") << -1;
+    QTest::newRow("a version with dots") << QString("1.2.3") << -1;
 }
 
 void tst_VersionFile::writtenVersionReadsBack()
