@@ -20,7 +20,7 @@ constexpr ModeWord modeWords[] = {
     {"onlyWriteConfig"_l1,     RunMode::OnlyWriteConfig, false},
     {"uninstallAllPlugins"_l1, RunMode::UninstallAll,    false},
     {"reinstall"_l1,           RunMode::Reinstall,       false},
-    // Deliberate: managers in the field pass this word with its quotes.
+    // Deliberate (quoted-reinstall): the word may come with its quotes.
     {"\"reinstall\""_l1,       RunMode::Reinstall,       false},
 };
 // clang-format on

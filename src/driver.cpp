@@ -15,7 +15,7 @@
 #include <QDebug>
 #include <QFile>
 
-// Deliberate: globals, since the modes set them once and everything below only reads them.
+// Deliberate (globals): the modes set them once, and everything below only reads them.
 QString username;
 QString localProjectsFolder;
 bool onlyWriteConfig = false;
@@ -23,8 +23,8 @@ const int pluginVersion = 24;
 
 namespace {
 
-/// Deliberate: looks in the working directory, while the log is written beside the program; a run
-/// from elsewhere therefore adds to the log that support already has.
+/// Deliberate (log-in-working-folder): looks in the working directory, while the log is written
+/// beside the program; a run from elsewhere therefore adds to the log that support already has.
 void removePreviousLogs()
 {
     const QString log = QStringLiteral("plugin.log");
@@ -67,8 +67,8 @@ int uninstallAllHosts(const QList<PluginPathStruct> &hosts)
 {
     int exitCode = 0;
     for (const PluginPathStruct &host : hosts) {
-        // Deliberate: behind the key the folder names nothing, and the plug-ins stay; managers in
-        // the field count on keeping them.
+        // Deliberate (uninstall-all-removes-nothing): with the key before it, the folder names
+        // nothing, and the plug-ins stay.
         const int result = uninstallPluginFunction(QLatin1Char('(') + host.applicationName + ") "_l1
                                                    + host.targetFolder());
         if (result > 0) {

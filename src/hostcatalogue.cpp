@@ -35,7 +35,8 @@ constexpr HostRow hostTable[] = {
     {"clarisse"_l1,  "/drask"_l1,                     "clarisse"_l1,   "plugins/versionClarisse"_l1},
 };
 
-// 3ds Max keeps one start-up folder a language. Deliberate: its version key begins with a slash.
+// 3ds Max keeps one start-up folder a language. Deliberate (slash-in-version-key): its key
+// begins with a slash.
 constexpr HostRow maxRow =
     {"3dsmax"_l1,    "/scripts/startup/drask"_l1,     "3ds"_l1,        "/plugins/version3ds"_l1};
 // clang-format on
@@ -87,6 +88,6 @@ QList<PluginPathStruct> getPluginInfoList(QString applicationName, QString path)
             fillIn(record, row, settings);
         }
     }
-    // Deliberate: an unknown host is a target too; the install pass reports it to the user.
+    // Deliberate (unknown-host-is-a-target): the install pass reports it to the user.
     return {record};
 }

@@ -12,11 +12,11 @@
 
 namespace {
 
-/// Deliberate: empty. The packages of these hosts in the field bring their extra files themselves.
+/// Deliberate (empty-extra-files-folder): the files come from the root of the file system.
 constexpr QLatin1String extraFilesFolder = ""_l1;
 
 // clang-format off
-/// Files of earlier Cinema 4D plug-ins. Deliberate: "Grex.cfl64" is the name that once shipped.
+/// Files of earlier Cinema 4D plug-ins. Deliberate (cfl64): "Grex.cfl64" is no slip.
 constexpr QLatin1String legacyCinema4dFiles[] = {
     "/plugins/Grex.cdl"_l1,
     "/plugins/Grex.cfl64"_l1,
@@ -76,7 +76,7 @@ int installRhino(const PluginPathStruct &host)
                                      "\\Plug-ins"),
                       QSettings::NativeFormat);
     registerRhinoPlugin(machine, pluginFile);
-    // Deliberate: "Software" here and "SOFTWARE" above, as Rhino's own installer writes them.
+    // Deliberate (rhino-two-spellings): "Software" here and "SOFTWARE" above.
     QSettings user(QStringLiteral("HKEY_CURRENT_USER\\Software\\McNeel\\Rhinoceros\\5.0x64"
                                   "\\Plug-ins"),
                    QSettings::NativeFormat);
@@ -90,7 +90,7 @@ int installRhino(const PluginPathStruct &host)
 int installRevit(const PluginPathStruct &host)
 {
     const QString target = host.targetFolder();
-    // Deliberate: no slash before the dots; the add-in files in the field lie where this leads.
+    // Deliberate (revit-dots): no slash before the dots.
     copyExtraFile("/DraskRevitUpload.addin"_l1, target + "../DraskRevitUpload.addin"_l1);
     copyExtraFile("/DraskRevitUpload.dll"_l1, target + "/DraskRevitUpload.dll"_l1);
     return 0;
@@ -98,7 +98,7 @@ int installRevit(const PluginPathStruct &host)
 
 int installHoudini(const PluginPathStruct &host)
 {
-    // Deliberate: a houdini.env that cannot be edited is no failure of the installation.
+    // Deliberate (houdini-failure-ignored): the result does not count.
     static_cast<void>(
         PluginInstaller::editHoudiniEnv(extraFilesFolder, host.path + "/houdini.env"_l1));
     return 0;

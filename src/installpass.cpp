@@ -47,7 +47,7 @@ int writeManagerConfig(const PluginInstaller &installer, const PluginPathStruct 
     const QString target = host.targetFolder();
     const QString configFile = target + "/manager.cfg"_l1;
     if (installer.writeConfig(configFile, installerVersion, isCinema4d(host)) > 0) {
-        // Deliberate: no slash before the name; the manager knows the message as it stands.
+        // Deliberate (config-message-without-slash): no slash before the name.
         writeErrorFile("Could not write config file in: \n"_l1 + target + "manager.cfg"_l1);
         return ExitCode::configurationNotWritten;
     }

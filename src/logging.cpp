@@ -50,7 +50,7 @@ QString logLine(QtMsgType type, const QString &message)
     case QtCriticalMsg:
         return QStringLiteral("Critical: %1").arg(message);
     case QtFatalMsg:
-        // Deliberate: the manager takes a log that stops short as the sign of a crash.
+        // Deliberate (fatal-message): it is not written.
         std::abort();
     case QtInfoMsg:
         break;

@@ -44,8 +44,8 @@ QString withDefaultMenu(const QString &menu, const QString &lower)
     if (group <= 0) {
         return {};
     }
-    // Deliberate: only the "_" and the line break behind it make room, so that the default menu's
-    // first line joins what is left of the group's line.
+    // Deliberate (lightwave-joined-line): only the "_" and the line break behind it make room, so
+    // that the default menu's first line joins what is left of the group's line.
     const int groupName = group + groupAnchor.size() - 1;
     return menu.left(groupName) + defaultLightwaveMenu() + menu.mid(groupName + 3);
 }
@@ -81,15 +81,15 @@ void chooseMissingFiles(ConfigFiles &files, const QString &folder)
     }
     if (!isFile(files.extension)) {
         qDebug() << "ext cfg file does not exist, create nwe file" << files.extension;
-        // Deliberate: the menu file takes the name, and the extension file stays without one; its
-        // opening then fails, and callers take the result as "no LightWave here".
+        // Deliberate (lightwave-menu-takes-name): the extension file stays without a name, and its
+        // opening fails.
         files.menu = folder + "/LWEXT.CFG"_l1;
     }
 }
 
-/// Deliberate: backs up with the copy of the open file object itself. A backup that is made closes
-/// the file, and \a text goes nowhere; a backup from before is kept, and \a text lands behind the
-/// old content.
+/// Deliberate (lightwave-backup-closes): backs up with the copy of the open file object itself. A
+/// backup that is made closes the file, and \a text goes nowhere; a backup from before is kept, and
+/// \a text lands behind the old content.
 void backUpAndWrite(QFile &file, QTextStream &stream, const QString &text)
 {
     static_cast<void>(file.copy(file.fileName() + "_bak"_l1));
@@ -134,7 +134,8 @@ int editExtensionFile(const QString &path, const QString &menuText)
     Utf8Stream stream(&file);
     const QString lower = stream.readAll().toLower();
     if (!lower.contains("drask tasklancer"_l1)) {
-        // Deliberate: the menu's text is written here, and lightwaveExtensionEntry() nowhere.
+        // Deliberate (lightwave-menu-in-extension): the menu's text is written here, and
+        // lightwaveExtensionEntry() nowhere.
         backUpAndWrite(file, stream, menuText);
     }
     return 0;
@@ -163,7 +164,7 @@ QString withLightwaveMenuEntry(const QString &menu)
         return {};
     }
     const int options = lower.indexOf(optionsAnchor);
-    // Deliberate: an anchor at the very start does not count as one.
+    // Deliberate (lightwave-options-at-start): an anchor at the very start does not count as one.
     return options > 0 ? underOptions(menu, lower, options) : withDefaultMenu(menu, lower);
 }
 

@@ -3,8 +3,7 @@
 
 #include "literals.h"
 
-// Deliberate: kept as it shipped, the repetitions and the comma inside "val_tex,ure_old2.pyc"
-// included; support compares the list with that of older installers.
+// Deliberate (legacy-names): the repetitions and the comma inside "val_tex,ure_old2.pyc" stay.
 // clang-format off
 const QLatin1String legacyFileList =
     "manager.cfg,drask.mse,drask_main.ms,dummy.jpg,c4d_symbols.h,dlg_drask.res,"

@@ -50,7 +50,7 @@ int PluginUninstaller::uninstallPlugin(const QString &folder)
         result = deleteListedFiles(manifest);
         manifest.close();
     }
-    // Deliberate: attempted also when they are not there; support reads the two lines in the log.
+    // Deliberate (manifest-always-attempted): also when they are not there, which is logged.
     deleteFile(manifest.fileName());
     deleteFile(folder + "/manager.cfg"_l1);
     return result;
