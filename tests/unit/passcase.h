@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "expectedlog.h"
+#include "hostsetup.h"
 #include "installpass.h"
 #include "managersettings.h"
 #include "relocated.h"
@@ -17,18 +17,10 @@ namespace test {
 /// "shipped KEY" in the version 7.
 inline PluginPathStruct hostIn(const Sandbox &sandbox, const QString &key, const QString &subFolder)
 {
-    PluginPathStruct host;
-    host.applicationName = key;
-    host.path = sandbox.path(key);
-    host.pluginSubFolder = subFolder;
+    PluginPathStruct host = hostAt(sandbox.path(key), key, subFolder);
     host.sourceFolder = sandbox.path("shipped " + key);
     host.version = 7;
     return host;
-}
-
-inline QString installedLine(const PluginPathStruct &host)
-{
-    return installedLine(host.applicationName, host.targetFolder());
 }
 
 /// What every pass logs before its first host.

@@ -4,7 +4,6 @@
 #include "expectedlog.h"
 #include "globals.h"
 #include "logcapture.h"
-#include "ordinaryuser.h"
 #include "sandbox.h"
 
 #include <QtTest>
@@ -18,9 +17,7 @@ private slots:
     void textWithoutSlashIsNoFolder_data();
     void textWithoutSlashIsNoFolder();
     void installedPluginIsRemoved();
-    void folderWithoutManifestIsSuccess();
     void undeletableFileIsReported();
-    void readOnlyFolderIsReported();
     void keyBeforeTheFolderIsNotStripped();
     void relativeFolderIsUsedAsItStands();
 };
@@ -92,20 +89,6 @@ void tst_Driver::installedPluginIsRemoved()
     QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
 }
 
-void tst_Driver::folderWithoutManifestIsSuccess()
-{
-    const test::Sandbox sandbox;
-    const QString folder = sandbox.path("plugin");
-    sandbox.write("plugin/a.py", "a");
-    const test::Tree before = sandbox.tree();
-    const test::LogCapture log;
-
-    QCOMPARE(uninstallPluginFunction(folder), 0);
-
-    QCOMPARE(log.lines(), linesWithoutManifest(folder));
-    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
-}
-
 void tst_Driver::undeletableFileIsReported()
 {
     const test::Sandbox sandbox;
@@ -124,30 +107,6 @@ void tst_Driver::undeletableFileIsReported()
 
     QCOMPARE(log.lines(), linesOfUninstall(folder, 2));
     QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-}
-
-void tst_Driver::readOnlyFolderIsReported()
-{
-    const test::Sandbox sandbox;
-    const QString folder = sandbox.path("plugin");
-    sandbox.write("plugin/a.py", "a");
-    sandbox.write("plugin/manager.cfg", "b");
-    sandbox.write("plugin/uninstall.ini", (folder + "/a.py\n").toUtf8());
-    const test::Tree before = sandbox.tree();
-    const test::ReadOnly readOnly(folder);
-    const test::OrdinaryUser user;
-    if (!user.isActive()) {
-        QSKIP("The rights of root cannot be given up here");
-    }
-    const test::LogCapture log;
-
-    QCOMPARE(uninstallPluginFunction(folder), 2);
-
-    QStringList expected = linesOfUninstall(folder, 2);
-    expected.insert(2, "Debug: could not delete  " + quoted(folder + "/uninstall.ini"));
-    expected.insert(3, "Debug: could not delete  " + quoted(folder + "/manager.cfg"));
-    QCOMPARE(log.lines(), expected);
-    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
 }
 
 void tst_Driver::keyBeforeTheFolderIsNotStripped()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hoststeps.h"
 
+#include "hostsetup.h"
 #include "logcapture.h"
 #include "relocated.h"
 
@@ -10,8 +11,6 @@ class tst_HostSteps : public QObject {
     Q_OBJECT
 
 private slots:
-    void cinema4dIsThreeKeys_data();
-    void cinema4dIsThreeKeys();
     void hostWithoutStepsIsOnlyLogged_data();
     void hostWithoutStepsIsOnlyLogged();
     void mayaGetsItsStartUpScript();
@@ -21,47 +20,8 @@ private slots:
     void houdiniFailureIsPassedOver();
 };
 
-namespace {
-
-PluginPathStruct hostIn(const QString &folder, const QString &key, const QString &subFolder)
-{
-    PluginPathStruct host;
-    host.applicationName = key;
-    host.path = folder;
-    host.pluginSubFolder = subFolder;
-    return host;
-}
-
-QString installedLine(const PluginPathStruct &host)
-{
-    return QStringLiteral("Debug: \"%1 plugin installed in: \" \"%2\"")
-        .arg(host.applicationName, host.targetFolder());
-}
-
-} // namespace
-
-void tst_HostSteps::cinema4dIsThreeKeys_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<bool>("isOne");
-
-    for (const char *key : {"c4d", "c4d14", "c4d21"}) {
-        QTest::newRow(key) << QString(key) << true;
-    }
-    for (const char *key :
-         {"blender", "blender28", "xsi", "lightwave", "maya", "modo", "rhino", "revit", "houdini",
-          "sketchup", "clarisse", "3dsmax", "C4D", "c4d15", "c4", "c4d ", ""}) {
-        QTest::addRow("not \"%s\"", key) << QString(key) << false;
-    }
-}
-
-void tst_HostSteps::cinema4dIsThreeKeys()
-{
-    QFETCH(QString, key);
-    QFETCH(bool, isOne);
-
-    QCOMPARE(isCinema4d(hostIn("/h", key, "")), isOne);
-}
+using test::hostAt;
+using test::installedLine;
 
 void tst_HostSteps::hostWithoutStepsIsOnlyLogged_data()
 {
@@ -83,7 +43,7 @@ void tst_HostSteps::hostWithoutStepsIsOnlyLogged()
     const test::WorkingFolder workingFolder(sandbox.path());
     sandbox.write("host/plugins/drask/drask_userSetup.py", "import x\n");
     sandbox.write("host/houdini.env", "A = 1\n");
-    const PluginPathStruct host = hostIn(sandbox.path("host"), key, "/plugins/drask");
+    const PluginPathStruct host = hostAt(sandbox.path("host"), key, "/plugins/drask");
     const test::Tree before = sandbox.tree();
     const test::LogCapture log;
 
@@ -98,7 +58,7 @@ void tst_HostSteps::mayaGetsItsStartUpScript()
 {
     const test::ProgramFolder programFolder;
     const test::Sandbox sandbox;
-    const PluginPathStruct host = hostIn(sandbox.path("maya"), "maya", "/scripts/drask");
+    const PluginPathStruct host = hostAt(sandbox.path("maya"), "maya", "/scripts/drask");
     sandbox.write("maya/scripts/drask/drask_userSetup.py", "path = '__scriptpath__'\n");
     test::Tree expected = sandbox.tree();
     expected["maya/scripts/userSetup.py"] = "path = '" + host.targetFolder().toUtf8() + "'\n";
@@ -127,7 +87,7 @@ void tst_HostSteps::mayaFailureIsReported()
     QFETCH(QString, complaint);
     const test::ProgramFolder programFolder;
     const test::Sandbox sandbox;
-    const PluginPathStruct host = hostIn(sandbox.path("maya"), "maya", "/scripts/drask");
+    const PluginPathStruct host = hostAt(sandbox.path("maya"), "maya", "/scripts/drask");
     const QString templateFile = "maya/scripts/drask/drask_userSetup.py";
     sandbox.makeFolder("maya/scripts/drask");
     sandbox.makeFolder("maya/scripts/userSetup.py");
@@ -150,7 +110,7 @@ void tst_HostSteps::houdiniGetsItsSearchPath()
 {
     const test::ProgramFolder programFolder;
     const test::Sandbox sandbox;
-    const PluginPathStruct host = hostIn(sandbox.path("houdini"), "houdini", "/Plugins/drask");
+    const PluginPathStruct host = hostAt(sandbox.path("houdini"), "houdini", "/Plugins/drask");
     sandbox.write("houdini/houdini.env", "A = 1\n");
     sandbox.makeFolder("houdini/Plugins/drask");
     test::Tree expected = sandbox.tree();
@@ -174,7 +134,7 @@ void tst_HostSteps::houdiniFailureIsPassedOver()
 {
     const test::ProgramFolder programFolder;
     const test::Sandbox sandbox;
-    const PluginPathStruct host = hostIn(sandbox.path("houdini"), "houdini", "/Plugins/drask");
+    const PluginPathStruct host = hostAt(sandbox.path("houdini"), "houdini", "/Plugins/drask");
     sandbox.makeFolder("houdini/houdini.env");
     const test::Tree before = sandbox.tree();
     const test::LogCapture log;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hoststeps.h"
 
+#include "hostsetup.h"
 #include "logcapture.h"
 #include "sandbox.h"
 
@@ -22,11 +23,8 @@ class tst_HostStepsExtraFiles : public QObject {
     Q_OBJECT
 
 private slots:
-    void rhinoExtraFilesComeFromTheRoot();
-    void revitExtraFilesComeFromTheRoot();
-    void revitManifestNeedsTheFolderWithDots();
-    void presentExtraFilesStay_data();
-    void presentExtraFilesStay();
+    void extraFilesComeFromTheRoot_data();
+    void extraFilesComeFromTheRoot();
 };
 
 namespace {
@@ -72,23 +70,8 @@ bool runWithOwnRoot(const QString &folder, const std::function<void()> &steps)
 
 const char noOwnRoot[] = "A child process cannot be given a root of its own here";
 
-PluginPathStruct rhino()
-{
-    PluginPathStruct host;
-    host.applicationName = "rhino";
-    host.path = "/host";
-    host.pluginSubFolder = "/Plug-ins/Drask";
-    return host;
-}
-
-PluginPathStruct revit()
-{
-    PluginPathStruct host;
-    host.applicationName = "revit";
-    host.path = "/host";
-    host.pluginSubFolder = "/Plugins/drask";
-    return host;
-}
+const PluginPathStruct rhino = test::rhinoAt("/host");
+const PluginPathStruct revit = test::revitAt("/host");
 
 /// What lies in \a root now, without the stores in which Rhino is registered.
 test::Tree treeWithoutStores(const test::Sandbox &root)
@@ -114,9 +97,7 @@ bool runBelow(const test::Sandbox &root, const PluginPathStruct &host)
 {
     return runWithOwnRoot(root.path(), [&host] {
         const test::LogCapture log;
-        const QString installed = QStringLiteral("Debug: \"%1 plugin installed in: \" \"%2\"")
-                                      .arg(host.applicationName, host.targetFolder());
-        if (runHostSteps(host) != 0 || log.lines() != QStringList(installed)) {
+        if (runHostSteps(host) != 0 || log.lines() != QStringList(test::installedLine(host))) {
             std::abort();
         }
     });
@@ -124,81 +105,50 @@ bool runBelow(const test::Sandbox &root, const PluginPathStruct &host)
 
 } // namespace
 
-void tst_HostStepsExtraFiles::rhinoExtraFilesComeFromTheRoot()
+void tst_HostStepsExtraFiles::extraFilesComeFromTheRoot_data()
 {
-    const test::Sandbox root;
-    const PluginPathStruct host = rhino();
-    fillRoot(root, host.pluginSubFolder);
-    test::Tree expected = root.tree();
-    expected["host/Plug-ins/Drask/Drask.rhp"] = "new Drask.rhp";
-    expected["host/Plug-ins/Drask/Drask_tb.rui"] = "new Drask_tb.rui";
-
-    if (!runBelow(root, host)) {
-        QSKIP(noOwnRoot);
-    }
-
-    QCOMPARE(test::treeDifference(treeWithoutStores(root), expected), QString());
-}
-
-void tst_HostStepsExtraFiles::revitExtraFilesComeFromTheRoot()
-{
-    const test::Sandbox root;
-    const PluginPathStruct host = revit();
-    fillRoot(root, host.pluginSubFolder);
-    root.makeFolder("host/Plugins/drask..");
-    test::Tree expected = root.tree();
-    expected["host/Plugins/drask../DraskRevitUpload.addin"] = "new DraskRevitUpload.addin";
-    expected["host/Plugins/drask/DraskRevitUpload.dll"] = "new DraskRevitUpload.dll";
-
-    if (!runBelow(root, host)) {
-        QSKIP(noOwnRoot);
-    }
-
-    QCOMPARE(test::treeDifference(treeWithoutStores(root), expected), QString());
-}
-
-void tst_HostStepsExtraFiles::revitManifestNeedsTheFolderWithDots()
-{
-    const test::Sandbox root;
-    const PluginPathStruct host = revit();
-    fillRoot(root, host.pluginSubFolder);
-    test::Tree expected = root.tree();
-    expected["host/Plugins/drask/DraskRevitUpload.dll"] = "new DraskRevitUpload.dll";
-
-    if (!runBelow(root, host)) {
-        QSKIP(noOwnRoot);
-    }
-
-    QCOMPARE(test::treeDifference(treeWithoutStores(root), expected), QString());
-}
-
-void tst_HostStepsExtraFiles::presentExtraFilesStay_data()
-{
-    QTest::addColumn<bool>("isRhino");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<bool>("folderWithDots");
     QTest::addColumn<QStringList>("present");
+    QTest::addColumn<QStringList>("placed");
 
-    QTest::newRow("Rhino") << true << QStringList({"/Drask.rhp", "/Drask_tb.rui"});
-    QTest::newRow("Revit") << false
-                           << QStringList({"../DraskRevitUpload.addin", "/DraskRevitUpload.dll"});
+    const QStringList none;
+    const QStringList ofRhino = {"/Drask.rhp", "/Drask_tb.rui"};
+    const QString dll = "/DraskRevitUpload.dll";
+    const QStringList ofRevit = {"../DraskRevitUpload.addin", dll};
+    QTest::newRow("Rhino") << "rhino" << false << none << ofRhino;
+    QTest::newRow("Rhino, with files that stay") << "rhino" << false << ofRhino << none;
+    QTest::newRow("Revit, with the folder with dots") << "revit" << true << none << ofRevit;
+    QTest::newRow("Revit, without it") << "revit" << false << none << QStringList(dll);
+    QTest::newRow("Revit, with files that stay") << "revit" << true << ofRevit << none;
 }
 
-void tst_HostStepsExtraFiles::presentExtraFilesStay()
+void tst_HostStepsExtraFiles::extraFilesComeFromTheRoot()
 {
-    QFETCH(bool, isRhino);
+    QFETCH(QString, key);
+    QFETCH(bool, folderWithDots);
     QFETCH(QStringList, present);
+    QFETCH(QStringList, placed);
     const test::Sandbox root;
-    const PluginPathStruct host = isRhino ? rhino() : revit();
+    const PluginPathStruct host = key == "rhino" ? rhino : revit;
+    const QString target = "host" + host.pluginSubFolder;
     fillRoot(root, host.pluginSubFolder);
-    for (const QString &name : present) {
-        root.write("host" + host.pluginSubFolder + name, "older");
+    if (folderWithDots) {
+        root.makeFolder(target + "..");
     }
-    const test::Tree before = root.tree();
+    for (const QString &name : present) {
+        root.write(target + name, "older");
+    }
+    test::Tree expected = root.tree();
+    for (const QString &name : placed) {
+        expected[target + name] = "new " + name.section('/', -1).toUtf8();
+    }
 
     if (!runBelow(root, host)) {
         QSKIP(noOwnRoot);
     }
 
-    QCOMPARE(test::treeDifference(treeWithoutStores(root), before), QString());
+    QCOMPARE(test::treeDifference(treeWithoutStores(root), expected), QString());
 }
 
 QTEST_GUILESS_MAIN(tst_HostStepsExtraFiles)

@@ -23,16 +23,12 @@ private slots:
     void init();
     void onlyTheSameVersionIsInstalled_data();
     void onlyTheSameVersionIsInstalled();
-    void missingVersionCountsAsMinusOne();
-    void installedPluginStillGetsItsConfiguration();
-    void installedPluginGetsNoHostStep_data();
-    void installedPluginGetsNoHostStep();
+    void installedPluginGetsItsConfigurationAlone_data();
+    void installedPluginGetsItsConfigurationAlone();
     void installedCinema4dStillLosesLegacyFiles();
     void reinstallDoesNotReadTheVersion();
-    void reinstallRunsTheHostSteps();
     void onlyWriteConfigCopiesNothing();
     void onlyWriteConfigStillRunsTheHostSteps();
-    void onlyWriteConfigLeavesInstalledPluginsAlone();
 };
 
 void tst_InstallPassVersions::init()
@@ -56,6 +52,7 @@ void tst_InstallPassVersions::onlyTheSameVersionIsInstalled_data()
     QTest::newRow("no version wanted, none there") << QByteArray("0") << 0 << true;
     QTest::newRow("the version of unknown hosts") << QByteArray("-9999") << -9999 << true;
     QTest::newRow("no number, and minus one wanted") << QByteArray("seven") << -1 << true;
+    QTest::newRow("no file, and minus one wanted") << QByteArray() << -1 << true;
 }
 
 void tst_InstallPassVersions::onlyTheSameVersionIsInstalled()
@@ -68,7 +65,9 @@ void tst_InstallPassVersions::onlyTheSameVersionIsInstalled()
     PluginPathStruct host = hostIn(sandbox, "modo", "/Scripts/drask");
     host.version = wanted;
     sandbox.write("shipped modo/a.py", "new");
-    sandbox.write("modo/Scripts/drask/version.txt", versionFile);
+    if (!versionFile.isNull()) {
+        sandbox.write("modo/Scripts/drask/version.txt", versionFile);
+    }
     const test::LogCapture log;
 
     QCOMPARE(runPass({host}), 0);
@@ -80,32 +79,33 @@ void tst_InstallPassVersions::onlyTheSameVersionIsInstalled()
     QCOMPARE(sandbox.read("modo/Scripts/drask/manager.cfg"), plainConfig(folder));
 }
 
-void tst_InstallPassVersions::missingVersionCountsAsMinusOne()
+void tst_InstallPassVersions::installedPluginGetsItsConfigurationAlone_data()
 {
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    PluginPathStruct host = hostIn(sandbox, "modo", "/Scripts/drask");
-    host.version = -1;
-    sandbox.write("shipped modo/a.py", "new");
-    const test::LogCapture log;
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<bool>("onlyConfig");
 
-    QCOMPARE(runPass({host}), 0);
-
-    QVERIFY(log.lines().contains(alreadyInstalledLine(host.targetFolder())));
-    QVERIFY(!sandbox.exists("modo/Scripts/drask/a.py"));
+    for (const char *key : {"maya", "rhino", "revit", "houdini"}) {
+        QTest::newRow(key) << QString(key) << false;
+    }
+    QTest::newRow("maya, where no plug-in is to be copied") << QString("maya") << true;
 }
 
-void tst_InstallPassVersions::installedPluginStillGetsItsConfiguration()
+void tst_InstallPassVersions::installedPluginGetsItsConfigurationAlone()
 {
+    QFETCH(QString, key);
+    QFETCH(bool, onlyConfig);
     const test::ProgramFolder folder;
     const test::Sandbox sandbox;
-    const PluginPathStruct host = hostIn(sandbox, "maya", "/scripts/drask");
-    sandbox.write("shipped maya/a.py", "new");
-    sandbox.write("maya/scripts/drask/a.py", "old");
-    sandbox.write("maya/scripts/drask/version.txt", "7");
-    sandbox.write("maya/scripts/drask/manager.cfg", "of another user");
+    const test::WorkingFolder workingFolder(sandbox.path());
+    const PluginPathStruct host = hostIn(sandbox, key, "/plugins/drask");
+    const QString target = key + "/plugins/drask/";
+    sandbox.write("shipped " + key + "/a.py", "new");
+    sandbox.write(target + "version.txt", "7");
+    sandbox.write(target + "drask_userSetup.py", "import x\n");
+    sandbox.write(target + "manager.cfg", "of another user");
     test::Tree expected = sandbox.tree();
-    expected["maya/scripts/drask/manager.cfg"] = plainConfig(folder);
+    expected[target + "manager.cfg"] = plainConfig(folder);
+    onlyWriteConfig = onlyConfig;
     const test::LogCapture log;
 
     QCOMPARE(runPass({host}), 0);
@@ -114,36 +114,6 @@ void tst_InstallPassVersions::installedPluginStillGetsItsConfiguration()
              linesBefore()
                  + QStringList({alreadyInstalledLine(host.targetFolder()),
                                 "Debug: 161 write cfg file...", "Debug: 0"}));
-    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-}
-
-void tst_InstallPassVersions::installedPluginGetsNoHostStep_data()
-{
-    QTest::addColumn<QString>("key");
-
-    for (const char *key : {"maya", "rhino", "revit", "houdini"}) {
-        QTest::newRow(key) << QString(key);
-    }
-}
-
-void tst_InstallPassVersions::installedPluginGetsNoHostStep()
-{
-    QFETCH(QString, key);
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    const test::WorkingFolder workingFolder(sandbox.path());
-    const PluginPathStruct host = hostIn(sandbox, key, "/plugins/drask");
-    sandbox.write(key + "/plugins/drask/version.txt", "7");
-    sandbox.write(key + "/plugins/drask/drask_userSetup.py", "import x\n");
-    test::Tree expected = sandbox.tree();
-    expected[key + "/plugins/drask/manager.cfg"] = plainConfig(folder);
-    const test::LogCapture log;
-
-    QCOMPARE(runPass({host}), 0);
-
-    QCOMPARE(log.lines(),
-             linesBefore() + QStringList(alreadyInstalledLine(host.targetFolder()))
-                 + linesOfNewConfig() + QStringList("Debug: 0"));
     QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
 }
 
@@ -168,14 +138,15 @@ void tst_InstallPassVersions::reinstallDoesNotReadTheVersion()
 {
     const test::ProgramFolder folder;
     const test::Sandbox sandbox;
-    const PluginPathStruct host = hostIn(sandbox, "modo", "/Scripts/drask");
-    sandbox.write("shipped modo/a.py", "new");
-    sandbox.write("modo/Scripts/drask/a.py", "old");
-    sandbox.write("modo/Scripts/drask/version.txt", "7");
+    const PluginPathStruct host = hostIn(sandbox, "houdini", "/Plugins/drask");
+    sandbox.write("shipped houdini/a.py", "new");
+    sandbox.write("houdini/Plugins/drask/a.py", "old");
+    sandbox.write("houdini/Plugins/drask/version.txt", "7");
     test::Tree expected = sandbox.tree();
-    expected["modo/Scripts/drask/a.py"] = "new";
-    expected["modo/Scripts/drask/manager.cfg"] = plainConfig(folder);
-    expected["modo/Scripts/drask/uninstall.ini"] = (host.targetFolder() + "/a.py\n").toUtf8();
+    expected["houdini/Plugins/drask/a.py"] = "new";
+    expected["houdini/Plugins/drask/manager.cfg"] = plainConfig(folder);
+    expected["houdini/Plugins/drask/uninstall.ini"] = (host.targetFolder() + "/a.py\n").toUtf8();
+    expected["houdini/houdini.env"] = "\n#drask_installed\nHOUDINI_PATH = \";$HOUDINI_PATH\"\n";
     const test::LogCapture log;
 
     QCOMPARE(runPass({host}, CopyWhen::Always), 0);
@@ -184,21 +155,6 @@ void tst_InstallPassVersions::reinstallDoesNotReadTheVersion()
              linesBefore() + QStringList("Debug: open file:  \"\"") + linesOfNewConfig()
                  + QStringList({installedLine(host), "Debug: 0"}));
     QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-}
-
-void tst_InstallPassVersions::reinstallRunsTheHostSteps()
-{
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    const PluginPathStruct host = hostIn(sandbox, "houdini", "/Plugins/drask");
-    sandbox.makeFolder("shipped houdini");
-    sandbox.write("houdini/Plugins/drask/version.txt", "7");
-    const test::LogCapture log;
-
-    QCOMPARE(runPass({host}, CopyWhen::Always), 0);
-
-    QCOMPARE(sandbox.read("houdini/houdini.env"),
-             QByteArray("\n#drask_installed\nHOUDINI_PATH = \";$HOUDINI_PATH\"\n"));
 }
 
 void tst_InstallPassVersions::onlyWriteConfigCopiesNothing()
@@ -237,23 +193,6 @@ void tst_InstallPassVersions::onlyWriteConfigStillRunsTheHostSteps()
     QCOMPARE(folder.read("pluginError.txt"),
              "Could not copy userSetup.py file to: " + maya.targetFolder().toUtf8() + "\n");
     QVERIFY(sandbox.exists("houdini/houdini.env"));
-}
-
-void tst_InstallPassVersions::onlyWriteConfigLeavesInstalledPluginsAlone()
-{
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    const PluginPathStruct host = hostIn(sandbox, "maya", "/scripts/drask");
-    sandbox.write("maya/scripts/drask/version.txt", "7");
-    onlyWriteConfig = true;
-    const test::LogCapture log;
-
-    QCOMPARE(runPass({host}), 0);
-
-    QCOMPARE(log.lines(),
-             linesBefore() + QStringList(alreadyInstalledLine(host.targetFolder()))
-                 + linesOfNewConfig() + QStringList("Debug: 0"));
-    QCOMPARE(sandbox.read("maya/scripts/drask/manager.cfg"), plainConfig(folder));
 }
 
 DRASK_RELOCATED_TEST_MAIN(tst_InstallPassVersions)

@@ -30,8 +30,7 @@ QStringList logOfWriting(const test::Sandbox &sandbox, int expectedResult,
 {
     const PluginInstaller installer = makeInstaller();
     const test::LogCapture log;
-    const int result = installer.writeConfig(sandbox.path("manager.cfg"), "1.2.3",
-                                             windowsLineEnds);
+    const int result = installer.writeConfig(sandbox.path("manager.cfg"), "1.2.3", windowsLineEnds);
     QStringList lines = log.lines();
     if (result != expectedResult) {
         lines << QStringLiteral("the result was %1").arg(result);

@@ -13,20 +13,20 @@ private slots:
     void metaObjectHoldsTheNameAlone();
     void parentTakesTheObjectAlong();
 
-    void listedFilesAndBothOwnFilesAreDeleted();
-    void foldersAndOtherFilesStay();
+    void listedFilesAloneAreDeleted();
     void missingListedFilesAreSkipped();
-    void fileListedTwiceIsDeletedOnce();
-    void lastLineNeedsNoLineEnd();
     void windowsLineEndsAreNoPartOfTheNames();
     void nonAsciiAndOddNamesAreDeleted();
     void fileWithALineFeedInItsNameStays();
     void relativeLinesBelongToTheWorkingFolder();
     void linesAreUsedExactlyAsWritten();
-    void listedLinksAreDeletedButNotTheirTargets();
-    void danglingLinksStay();
+    void listedLinksAreDeletedUnlessTheyDangle();
     void readOnlyFileInAWritableFolderIsDeleted();
-    void emptyManifestIsDeleted();
+    void listedFolderFailsAndTheRestIsDeleted();
+    void fileInAReadOnlyFolderFailsAndTheRestIsDeleted();
+    void unreadableManifestDeletesNothingListed();
+    void missingFolderIsIgnored();
+    void foldersInTheFilesPlacesAreIgnored();
 };
 
 namespace {
@@ -51,6 +51,9 @@ QStringList relativeLog(const test::LogCapture &log, const test::Sandbox &sandbo
 
 const char begins[] = "Debug: begin uninstall";
 const char manifestName[] = "Debug: \"drask/uninstall.ini\"";
+const char noManifest[] = "Debug: cannot open  \"drask/uninstall.ini\"  for reading, ignore";
+const char manifestStays[] = "Debug: could not delete  \"drask/uninstall.ini\"";
+const char configStays[] = "Debug: could not delete  \"drask/manager.cfg\"";
 
 } // namespace
 
@@ -83,37 +86,24 @@ void tst_PluginUninstaller::parentTakesTheObjectAlong()
     QCOMPARE(PluginUninstaller().parent(), nullptr);
 }
 
-void tst_PluginUninstaller::listedFilesAndBothOwnFilesAreDeleted()
+void tst_PluginUninstaller::listedFilesAloneAreDeleted()
 {
     const test::Sandbox sandbox;
-    sandbox.write("drask/a.py", "a");
-    sandbox.write("drask/sub/b.py", "b");
+    sandbox.write("drask/sub/a.py", "a");
+    sandbox.write("drask/own.py", "mine");
+    sandbox.write("drask/version.txt", "12");
     sandbox.write("elsewhere/shelf.mel", "s");
-    writeManifest(sandbox,
-                  {sandbox.path("drask/a.py"), sandbox.path("drask/sub/b.py"),
-                   sandbox.path("elsewhere/shelf.mel")});
+    test::Tree expected = sandbox.tree();
+    expected.remove("drask/sub/a.py");
+    expected.remove("elsewhere/shelf.mel");
+    const QString shelf = sandbox.path("elsewhere/shelf.mel");
+    writeManifest(sandbox, {shelf, sandbox.path("drask/sub/a.py"), shelf});
     const test::LogCapture log;
 
     QCOMPARE(uninstall(sandbox), 0);
 
-    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/sub/", "elsewhere/"}));
+    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
     QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
-}
-
-void tst_PluginUninstaller::foldersAndOtherFilesStay()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/a.py", "a");
-    sandbox.write("drask/own.py", "mine");
-    sandbox.write("drask/version.txt", "12");
-    writeManifest(sandbox, {sandbox.path("drask/a.py")});
-
-    QCOMPARE(uninstall(sandbox), 0);
-
-    QCOMPARE(test::treeDifference(
-                 sandbox.tree(),
-                 {{"drask/", ""}, {"drask/own.py", "mine"}, {"drask/version.txt", "12"}}),
-             QString());
 }
 
 void tst_PluginUninstaller::missingListedFilesAreSkipped()
@@ -131,37 +121,14 @@ void tst_PluginUninstaller::missingListedFilesAreSkipped()
     QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
 }
 
-void tst_PluginUninstaller::fileListedTwiceIsDeletedOnce()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("shelf.mel", "s");
-    const QString shelf = sandbox.path("shelf.mel");
-    writeManifest(sandbox, {shelf, shelf, shelf});
-    const test::LogCapture log;
-
-    QCOMPARE(uninstall(sandbox), 0);
-
-    QVERIFY(!sandbox.exists("shelf.mel"));
-    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
-}
-
-void tst_PluginUninstaller::lastLineNeedsNoLineEnd()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/a.py", "a");
-    sandbox.write("drask/uninstall.ini", sandbox.path("drask/a.py").toUtf8());
-
-    QCOMPARE(uninstall(sandbox), 0);
-
-    QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
-}
-
 void tst_PluginUninstaller::windowsLineEndsAreNoPartOfTheNames()
 {
     const test::Sandbox sandbox;
     sandbox.write("drask/a.py", "a");
     sandbox.write("drask/b.py", "b");
-    writeManifest(sandbox, {sandbox.path("drask/a.py") + '\r', sandbox.path("drask/b.py") + '\r'});
+    // The last line needs no line end at all.
+    sandbox.write("drask/uninstall.ini",
+                  (sandbox.path("drask/a.py") + "\r\n" + sandbox.path("drask/b.py")).toUtf8());
 
     QCOMPARE(uninstall(sandbox), 0);
 
@@ -214,13 +181,10 @@ void tst_PluginUninstaller::relativeLinesBelongToTheWorkingFolder()
     sandbox.write("drask/a.py", "in the plug-in folder");
     sandbox.write("a.py", "in the working folder");
     writeManifest(sandbox, {"a.py"});
-    const QString workingFolder = QDir::currentPath();
-    QVERIFY(QDir::setCurrent(sandbox.path()));
+    const test::WorkingFolder workingFolder(sandbox.path());
 
-    const int result = uninstall(sandbox);
-    QVERIFY(QDir::setCurrent(workingFolder));
+    QCOMPARE(uninstall(sandbox), 0);
 
-    QCOMPARE(result, 0);
     QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
 }
 
@@ -240,28 +204,21 @@ void tst_PluginUninstaller::linesAreUsedExactlyAsWritten()
     QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
 }
 
-void tst_PluginUninstaller::listedLinksAreDeletedButNotTheirTargets()
+void tst_PluginUninstaller::listedLinksAreDeletedUnlessTheyDangle()
 {
     const test::Sandbox sandbox;
     sandbox.write("home/own.txt", "mine");
     sandbox.makeLink(sandbox.path("home/own.txt"), "drask/file");
     sandbox.makeLink(sandbox.path("home"), "drask/folder");
-    writeManifest(sandbox, {sandbox.path("drask/file"), sandbox.path("drask/folder")});
+    sandbox.makeLink("/nowhere/at/all", "drask/dangling");
+    writeManifest(
+        sandbox,
+        {sandbox.path("drask/file"), sandbox.path("drask/folder"), sandbox.path("drask/dangling")});
 
     QCOMPARE(uninstall(sandbox), 0);
 
-    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "home/", "home/own.txt"}));
-}
-
-void tst_PluginUninstaller::danglingLinksStay()
-{
-    const test::Sandbox sandbox;
-    sandbox.makeLink("/nowhere/at/all", "drask/gone");
-    writeManifest(sandbox, {sandbox.path("drask/gone")});
-
-    QCOMPARE(uninstall(sandbox), 0);
-
-    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/gone@"}));
+    QCOMPARE(sandbox.tree().keys(),
+             QStringList({"drask/", "drask/dangling@", "home/", "home/own.txt"}));
 }
 
 void tst_PluginUninstaller::readOnlyFileInAWritableFolderIsDeleted()
@@ -281,15 +238,82 @@ void tst_PluginUninstaller::readOnlyFileInAWritableFolderIsDeleted()
     QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
 }
 
-void tst_PluginUninstaller::emptyManifestIsDeleted()
+void tst_PluginUninstaller::listedFolderFailsAndTheRestIsDeleted()
 {
     const test::Sandbox sandbox;
-    sandbox.write("drask/uninstall.ini", "");
-    sandbox.write("drask/manager.cfg", "ann");
+    sandbox.makeFolder("drask/folder");
+    sandbox.write("drask/a.py", "a");
+    writeManifest(sandbox, {sandbox.path("drask/folder"), sandbox.path("drask/a.py")});
+    const test::LogCapture log;
+
+    QCOMPARE(uninstall(sandbox), 2);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/folder/"}));
+    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
+}
+
+void tst_PluginUninstaller::fileInAReadOnlyFolderFailsAndTheRestIsDeleted()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("locked/a.py", "a");
+    sandbox.write("drask/b.py", "b");
+    writeManifest(sandbox, {sandbox.path("locked/a.py"), sandbox.path("drask/b.py")});
+    test::giveToOrdinaryUser(sandbox.path("drask"));
+    const test::ReadOnly readOnly(sandbox.path("locked"));
+    const test::OrdinaryUser user;
+    if (!user.isActive()) {
+        QSKIP("Only an ordinary user is stopped by permissions.");
+    }
+
+    QCOMPARE(uninstall(sandbox), 2);
+
+    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "locked/", "locked/a.py"}));
+}
+
+void tst_PluginUninstaller::unreadableManifestDeletesNothingListed()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/a.py", "a");
+    writeManifest(sandbox, {sandbox.path("drask/a.py")});
+    QVERIFY(QFile::setPermissions(sandbox.path("drask/uninstall.ini"), QFile::WriteOwner));
+    test::giveToOrdinaryUser(sandbox.path("drask"));
+    const test::OrdinaryUser user;
+    if (!user.isActive()) {
+        QSKIP("Only an ordinary user is stopped by permissions.");
+    }
+    const test::LogCapture log;
 
     QCOMPARE(uninstall(sandbox), 0);
 
-    QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
+    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
+    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, noManifest, manifestName}));
+}
+
+void tst_PluginUninstaller::missingFolderIsIgnored()
+{
+    const test::Sandbox sandbox;
+    const test::LogCapture log;
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(test::treeDifference(sandbox.tree(), test::Tree()), QString());
+    QCOMPARE(relativeLog(log, sandbox),
+             QStringList({begins, noManifest, manifestName, manifestStays, configStays}));
+}
+
+void tst_PluginUninstaller::foldersInTheFilesPlacesAreIgnored()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("drask/uninstall.ini/own.txt", "mine");
+    sandbox.makeFolder("drask/manager.cfg");
+    const test::Tree before = sandbox.tree();
+    const test::LogCapture log;
+
+    QCOMPARE(uninstall(sandbox), 0);
+
+    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
+    QCOMPARE(relativeLog(log, sandbox),
+             QStringList({begins, noManifest, manifestName, manifestStays, configStays}));
 }
 
 QTEST_GUILESS_MAIN(tst_PluginUninstaller)
