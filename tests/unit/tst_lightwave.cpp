@@ -33,21 +33,18 @@ void tst_Lightwave::extensionEntryNamesTheModule_data()
 {
     QTest::addColumn<QString>("module");
     QTest::addColumn<QString>("written");
-
-    QTest::newRow("no module") << ""
-                               << "";
-    QTest::newRow("slashes and blanks") << "/a b/plug ins"
-                                        << "/a b/plug ins";
-    QTest::newRow("backslashes, which are doubled") << "C:\\LightWave\\plugins"
-                                                    << "C:\\\\LightWave\\\\plugins";
-    QTest::newRow("doubled backslashes, which are doubled too") << "\\\\server\\"
-                                                                << "\\\\\\\\server\\\\";
-    QTest::newRow("quotes, which stay") << "a\"b'c"
-                                        << "a\"b'c";
-    QTest::newRow("a place-holder of the formatter") << "%1 %2"
-                                                     << "%1 %2";
-    QTest::newRow("letters outside ASCII") << QString::fromUtf8("h\xc3\xb6me \xe6\xbc\xa2")
-                                           << QString::fromUtf8("h\xc3\xb6me \xe6\xbc\xa2");
+    const auto addRow = [](const char *name, const QString &module, const QString &written) {
+        QTest::newRow(name) << module << written;
+    };
+    addRow("no module", "", "");
+    addRow("slashes and blanks", "/a b/plug ins", "/a b/plug ins");
+    addRow("backslashes, which are doubled", "C:\\LightWave\\plugins",
+           "C:\\\\LightWave\\\\plugins");
+    addRow("doubled backslashes, which are doubled too", "\\\\server\\", "\\\\\\\\server\\\\");
+    addRow("quotes, which stay", "a\"b'c", "a\"b'c");
+    addRow("a place-holder of the formatter", "%1 %2", "%1 %2");
+    addRow("letters outside ASCII", QString::fromUtf8("h\xc3\xb6me \xe6\xbc\xa2"),
+           QString::fromUtf8("h\xc3\xb6me \xe6\xbc\xa2"));
 }
 
 void tst_Lightwave::extensionEntryNamesTheModule()
@@ -64,29 +61,24 @@ void tst_Lightwave::menuEntryGoesUnderOptions_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("after");
-
-    QTest::newRow("in the middle") << "MenuEntry 1 Render \r\nMenuEntry 1 Options \r\n"
-                                   << "MenuEntry 2 . RenderOptions\r\nMenuEntry 0 . \r\n";
-    QTest::newRow("at the end") << "x\r\nMenuEntry 1 Options \r\n"
-                                << "";
-    QTest::newRow("one character behind the start") << "\nMenuEntry 1 Options\r\n"
-                                                    << "b\r\n";
-    QTest::newRow("in capitals") << "x\r\nMENUENTRY 1 OPTIONS \r\n"
-                                 << "b\r\n";
-    QTest::newRow("in small letters") << "x\r\nmenuentry 1 options \r\n"
-                                      << "b\r\n";
-    QTest::newRow("with a longer name") << "x\r\nMenuEntry 1 OptionsAndMore \r\n"
-                                        << "b\r\n";
-    QTest::newRow("behind other text on its line") << "x\r\n  # MenuEntry 1 Options # \r\n"
-                                                   << "b\r\n";
-    QTest::newRow("with another line break in its line")
-        << "x\r\nMenuEntry 1 Options \nMenuEntry 2 . B\r\n"
-        << "c\r\n";
-    QTest::newRow("the first of two") << "x\r\nMenuEntry 1 Options \r\n"
-                                      << "b\r\nMenuEntry 1 Options \r\nc\r\n";
-    QTest::newRow("with letters outside ASCII around it")
-        << QString::fromUtf8("\xc3\x84\xe6\xbc\xa2\r\nMenuEntry 1 Options \xc3\x9f\r\n")
-        << QString::fromUtf8("\xc3\xa9\r\n");
+    const auto addRow = [](const char *name, const QString &before, const QString &after) {
+        QTest::newRow(name) << before << after;
+    };
+    addRow("in the middle", "MenuEntry 1 Render \r\nMenuEntry 1 Options \r\n",
+           "MenuEntry 2 . RenderOptions\r\nMenuEntry 0 . \r\n");
+    addRow("at the end", "x\r\nMenuEntry 1 Options \r\n", "");
+    addRow("one character behind the start", "\nMenuEntry 1 Options\r\n", "b\r\n");
+    addRow("in capitals", "x\r\nMENUENTRY 1 OPTIONS \r\n", "b\r\n");
+    addRow("in small letters", "x\r\nmenuentry 1 options \r\n", "b\r\n");
+    addRow("with a longer name", "x\r\nMenuEntry 1 OptionsAndMore \r\n", "b\r\n");
+    addRow("behind other text on its line", "x\r\n  # MenuEntry 1 Options # \r\n", "b\r\n");
+    addRow("with another line break in its line", "x\r\nMenuEntry 1 Options \nMenuEntry 2 . B\r\n",
+           "c\r\n");
+    addRow("the first of two", "x\r\nMenuEntry 1 Options \r\n",
+           "b\r\nMenuEntry 1 Options \r\nc\r\n");
+    addRow("with letters outside ASCII around it",
+           QString::fromUtf8("\xc3\x84\xe6\xbc\xa2\r\nMenuEntry 1 Options \xc3\x9f\r\n"),
+           QString::fromUtf8("\xc3\xa9\r\n"));
 }
 
 void tst_Lightwave::menuEntryGoesUnderOptions()
@@ -102,39 +94,24 @@ void tst_Lightwave::defaultMenuGoesIntoTheGroup_data()
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("replaced");
     QTest::addColumn<QString>("after");
-
-    QTest::newRow("in the middle") << "x\r\nMenuEntry 131072 1 "
-                                   << "_\r\n"
-                                   << "y\r\n";
-    QTest::newRow("at the end") << "x\r\nMenuEntry 131072 1 "
-                                << "_\r\n"
-                                << "";
-    QTest::newRow("without a line break") << "x\r\nMenuEntry 131072 1 "
-                                          << "_"
-                                          << "";
-    QTest::newRow("one character behind the start") << " MenuEntry 131072 1 "
-                                                    << "_\r\n"
-                                                    << "y";
-    QTest::newRow("in capitals") << "x\r\nMENUENTRY 131072 1 "
-                                 << "_\r\n"
-                                 << "y\r\n";
-    QTest::newRow("with a line feed, which takes a letter along") << "x\nMenuEntry 131072 1 "
-                                                                  << "_\nM"
-                                                                  << "enuEntry 0 . \n";
-    QTest::newRow("with a longer name, which loses two letters") << "x\r\nMenuEntry 131072 1 "
-                                                                 << "_Gr"
-                                                                 << "oup\r\n";
-    QTest::newRow("the first of two") << "x\r\nMenuEntry 131072 1 "
-                                      << "_\r\n"
-                                      << "MenuEntry 131072 1 _\r\n";
-    QTest::newRow("behind an Options menu at the very start")
-        << "MenuEntry 1 Options \r\nMenuEntry 131072 1 "
-        << "_\r\n"
-        << "y\r\n";
-    QTest::newRow("behind Options menus at the very start and later")
-        << "MenuEntry 1 Options \r\nMenuEntry 1 Options \r\nMenuEntry 131072 1 "
-        << "_\r\n"
-        << "";
+    const auto addRow = [](const char *name, const QString &before, const QString &replaced,
+                           const QString &after) {
+        QTest::newRow(name) << before << replaced << after;
+    };
+    addRow("in the middle", "x\r\nMenuEntry 131072 1 ", "_\r\n", "y\r\n");
+    addRow("at the end", "x\r\nMenuEntry 131072 1 ", "_\r\n", "");
+    addRow("without a line break", "x\r\nMenuEntry 131072 1 ", "_", "");
+    addRow("one character behind the start", " MenuEntry 131072 1 ", "_\r\n", "y");
+    addRow("in capitals", "x\r\nMENUENTRY 131072 1 ", "_\r\n", "y\r\n");
+    addRow("with a line feed, which takes a letter along", "x\nMenuEntry 131072 1 ", "_\nM",
+           "enuEntry 0 . \n");
+    addRow("with a longer name, which loses two letters", "x\r\nMenuEntry 131072 1 ", "_Gr",
+           "oup\r\n");
+    addRow("the first of two", "x\r\nMenuEntry 131072 1 ", "_\r\n", "MenuEntry 131072 1 _\r\n");
+    addRow("behind an Options menu at the very start",
+           "MenuEntry 1 Options \r\nMenuEntry 131072 1 ", "_\r\n", "y\r\n");
+    addRow("behind Options menus at the very start and later",
+           "MenuEntry 1 Options \r\nMenuEntry 1 Options \r\nMenuEntry 131072 1 ", "_\r\n", "");
 }
 
 void tst_Lightwave::defaultMenuGoesIntoTheGroup()

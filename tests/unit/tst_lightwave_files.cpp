@@ -23,14 +23,12 @@ private slots:
     void foldersHaveNoRole();
     void linksToFilesHaveARole();
     void laterFileReplacesAnEarlierOne();
-    void emptyFolderGetsAnEmptyFileAndFails();
     void missingFolderFails();
     void missingMenuFileIsMadeEmpty();
     void missingExtensionFileIsMadeEmptyAndFails();
     void missingExtensionFileIsFoundByTheNextRun();
     void folderInTheMenuFilesPlaceFails();
     void folderInTheExtensionFilesPlaceFails();
-    void menuFileThatMayNotBeWrittenFails();
     void extensionFileThatMayNotBeWrittenFailsAfterTheMenu();
 };
 
@@ -146,15 +144,6 @@ void tst_LightwaveFiles::laterFileReplacesAnEarlierOne()
     QCOMPARE(folder.log.lines(), lines);
 }
 
-void tst_LightwaveFiles::emptyFolderGetsAnEmptyFileAndFails()
-{
-    const LightwaveFolder folder;
-
-    QCOMPARE(folder.edit(), 3);
-    QCOMPARE(test::treeDifference(folder.tree(), {{"LWEXT.CFG", ""}}), QString());
-    QCOMPARE(folder.log.lines(), QStringList({noMenuFile, noExtensionFile, noName, notOpened}));
-}
-
 void tst_LightwaveFiles::missingFolderFails()
 {
     const LightwaveFolder folder;
@@ -227,25 +216,6 @@ void tst_LightwaveFiles::folderInTheExtensionFilesPlaceFails()
     QCOMPARE(folder.edit(), 3);
     QCOMPARE(test::treeDifference(folder.tree(), before), QString());
     QCOMPARE(folder.linesBehindTheFiles(), QStringList({noExtensionFile, notOpened}));
-}
-
-void tst_LightwaveFiles::menuFileThatMayNotBeWrittenFails()
-{
-    const LightwaveFolder folder;
-    folder.write("LW.CFG", menu);
-    folder.write("LWEXT.CFG", extension);
-    const test::Tree before = folder.tree();
-    const test::ReadOnly lock(folder.path("LW.CFG"));
-    {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
-        }
-        QCOMPARE(folder.edit(), 3);
-    }
-
-    QCOMPARE(test::treeDifference(folder.tree(), before), QString());
-    QCOMPARE(folder.linesBehindTheFiles(), QStringList(notOpened));
 }
 
 void tst_LightwaveFiles::extensionFileThatMayNotBeWrittenFailsAfterTheMenu()

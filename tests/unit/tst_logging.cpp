@@ -27,14 +27,12 @@ private slots:
     void levelChoosesThePrefix();
     void messageIsWrittenAsItStands_data();
     void messageIsWrittenAsItStands();
-    void contextIsIgnored();
     void streamedItemsAreSeparated();
     void linesOfEarlierRunsStay();
     void fatalMessageEndsTheProcess_data();
     void fatalMessageEndsTheProcess();
     void errorsAreWrittenAsTheyStand_data();
     void errorsAreWrittenAsTheyStand();
-    void errorsOfEarlierRunsStay();
     void everyMessageIsKeptWhateverTheRules();
     void unopenableFilesLoseTheirLinesSilently();
     void linesAreWrittenOnceAFolderIsOutOfTheWay();
@@ -149,15 +147,6 @@ void tst_Logging::messageIsWrittenAsItStands()
     QCOMPARE(folder.read("plugin.log"), "Debug: " + message + "\n");
 }
 
-void tst_Logging::contextIsIgnored()
-{
-    const test::ProgramFolder folder;
-
-    myMessageOutput(QtDebugMsg, QMessageLogContext("file.cpp", 12, "function", "category"), "text");
-
-    QCOMPARE(folder.read("plugin.log"), QByteArray("Debug: text\n"));
-}
-
 void tst_Logging::streamedItemsAreSeparated()
 {
     const test::ProgramFolder folder;
@@ -230,18 +219,6 @@ void tst_Logging::errorsAreWrittenAsTheyStand()
     writeErrorFile(QString::fromUtf8(message));
 
     QCOMPARE(test::treeDifference(folder.tree(), {{"pluginError.txt", message + "\n"}}), QString());
-}
-
-void tst_Logging::errorsOfEarlierRunsStay()
-{
-    const test::ProgramFolder folder;
-    folder.write("pluginError.txt", "of an earlier run\n");
-
-    writeErrorFile("Could not copy file to: \n/höst");
-    writeErrorFile("second");
-
-    QCOMPARE(folder.read("pluginError.txt"),
-             QByteArray("of an earlier run\nCould not copy file to: \n/höst\nsecond\n"));
 }
 
 void tst_Logging::everyMessageIsKeptWhateverTheRules()
