@@ -75,6 +75,14 @@ Tree readTree(const QString &folder)
     return tree;
 }
 
+void put(Tree &tree, const QString &path, const QByteArray &content)
+{
+    for (auto slash = path.indexOf('/'); slash >= 0; slash = path.indexOf('/', slash + 1)) {
+        tree.insert(path.left(slash + 1), "");
+    }
+    tree.insert(path, content);
+}
+
 QString treeDifference(const Tree &actual, const Tree &expected)
 {
     QStringList lines;

@@ -17,6 +17,9 @@ using Tree = QMap<QString, QByteArray>;
 /// Reads the whole tree below \a folder, hidden entries included. Links are not followed.
 Tree readTree(const QString &folder);
 
+/// Adds a file or (with a "/" at its end) a folder to \a tree, with all folders above it.
+void put(Tree &tree, const QString &path, const QByteArray &content = "");
+
 /// Says, a line an entry, how \a actual differs from \a expected; empty when it does not.
 /// Compare with QCOMPARE(treeDifference(…), QString()).
 QString treeDifference(const Tree &actual, const Tree &expected);

@@ -60,15 +60,6 @@ Tree pluginFiles(const StudioHost &host)
     return files;
 }
 
-/// Adds a file or (with a "/" at its end) a folder to \a tree, with all folders above it.
-void put(Tree &tree, const QString &path, const QByteArray &content = "")
-{
-    for (int slash = path.indexOf('/'); slash >= 0; slash = path.indexOf('/', slash + 1)) {
-        tree.insert(path.left(slash + 1), "");
-    }
-    tree.insert(path, content);
-}
-
 void listFiles(const QString &source, const QString &target, const QByteArray &shelf,
                QByteArray &lines)
 {
