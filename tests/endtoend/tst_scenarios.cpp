@@ -61,6 +61,7 @@ public:
         , accepted(test::readSections(path))
     {
         vocabulary.values = row;
+        vocabulary.values["version"] = DRASK_VERSION;
         vocabulary.sandbox = workstation.path();
     }
     ~Player();
@@ -157,6 +158,11 @@ void Player::make(const Section &section)
         workstation.makeFolder(path);
     } else if (section.kind == "link") {
         workstation.makeLink(name(parts.first().section(" -> ", 1)), path);
+    } else if (section.kind == "script") {
+        const test::WorkingFolder there(workstation.path());
+        problem = QProcess::execute("/bin/bash", {"-e", "-c", lines.join('\n')}) == 0
+            ? QString()
+            : "the script failed";
     } else if (section.kind == "remove") {
         workstation.remove(path);
     } else if (section.kind == "settings") {
@@ -313,7 +319,7 @@ void Player::hold(const Run &run)
 /// Makes the told changes in \a tree; returns what is wrong with them.
 QStringList Player::change(Tree &tree, const QStringList &lines) const
 {
-    static const QRegularExpression form("^([-+*]) (.*?)(?: (=|:|->) (.*))?$");
+    static const QRegularExpression form("^([-+*]) (.*?)(?: (=|:|->) ?(.*))?$");
     QStringList wrong;
     for (int at = 0; at < lines.size(); ++at) {
         const QRegularExpressionMatch match = form.match(lines.at(at));
@@ -329,13 +335,25 @@ QStringList Player::change(Tree &tree, const QStringList &lines) const
             : text.isEmpty()                                ? test::contentOf(below)
             : block == QStringList(text)                    ? test::unescaped(text)
                                                             : test::contentOf(block);
-        if (!match.hasMatch() || (match.captured(1) == "+") == tree.contains(path)
-            || (match.captured(1) == "*" && tree.value(path) == content)) {
-            wrong << "cannot be so: " + lines.at(at);
-        } else if (match.captured(1) == "-") {
+        const QString sign = match.captured(1);
+        const Tree before = tree;
+        if (sign == "-") {
             tree.remove(path);
-        } else {
+            for (const QString &name : path.endsWith("/*") ? before.keys() : QStringList()) {
+                if (name.startsWith(path.chopped(1)) && !name.endsWith('/')) {
+                    tree.remove(name);
+                }
+            }
+        } else if ((sign == "+") != before.contains(path)) {
             test::put(tree, path, content);
+            for (const QString &name : text.endsWith('/') ? before.keys() : QStringList()) {
+                if (name.startsWith(text)) {
+                    test::put(tree, path + name.mid(text.size()), before.value(name));
+                }
+            }
+        }
+        if (tree == before) {
+            wrong << "cannot be so: " + lines.at(at);
         }
     }
     return wrong;
@@ -346,7 +364,8 @@ QStringList Player::changesBetween(const Tree &before, const Tree &after) const
 {
     QStringList lines;
     for (auto entry = before.cbegin(); entry != before.cend(); ++entry) {
-        lines << (after.contains(entry.key()) ? QString() : "- " + entry.key());
+        const QString name = QString(entry.key()).replace(QRegularExpression("@$"), " ->");
+        lines << (after.contains(entry.key()) ? QString() : "- " + name);
     }
     for (auto entry = after.cbegin(); entry != after.cend(); ++entry) {
         const auto next = std::next(entry);
