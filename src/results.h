@@ -11,7 +11,7 @@ inline constexpr int success = 0;
 
 /// The copy of a plug-in: the manifest, or a file from before, could not be replaced.
 inline constexpr int notReplaced = 1;
-/// An edit of a start-up file or script: a file that it reads or writes could not be opened, or the
+/// An edit of a start-up file or script: a file could not be opened, read or written, or the
 /// place of an earlier addition was not found.
 inline constexpr int scriptNotInstalled = 1;
 
@@ -20,7 +20,7 @@ inline constexpr int rightsProblem = 2;
 /// A removal: a listed file is there and could not be deleted.
 inline constexpr int fileNotDeleted = 2;
 
-/// A manager.cfg, a version.txt or a configuration of LightWave could not be opened.
+/// A manager.cfg or a version.txt could not be written, or LightWave's configuration not opened.
 inline constexpr int configurationNotWritten = 3;
 
 /// The copy of a plug-in: there is no such source folder.

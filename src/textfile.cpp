@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "textfile.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QTextCodec>
 
@@ -12,14 +13,35 @@ Utf8Stream::Utf8Stream(QIODevice *device)
     setCodec(utf8);
 }
 
-QString readText(const QString &path)
+QByteArray toUtf8(const QString &text)
+{
+    QBuffer bytes;
+    static_cast<void>(bytes.open(QIODevice::WriteOnly));
+    Utf8Stream(&bytes) << text;
+    return bytes.data();
+}
+
+bool readWholeText(const QString &path, QString &text, QString *reason)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        return {};
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        const QString whole = Utf8Stream(&file).readAll();
+        if (file.error() == QFileDevice::NoError) {
+            text = whole;
+            return true;
+        }
     }
-    const QString text = Utf8Stream(&file).readAll();
-    return file.error() == QFileDevice::NoError ? text : QString();
+    if (reason != nullptr) {
+        *reason = file.errorString();
+    }
+    return false;
+}
+
+QString readText(const QString &path)
+{
+    QString text;
+    static_cast<void>(readWholeText(path, text));
+    return text;
 }
 
 bool readWholeLine(QTextStream &stream, QString &line)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QIODevice>
 #include <QString>
 #include <QTextStream>
@@ -17,9 +18,16 @@ public:
     explicit Utf8Stream(QIODevice *device);
 };
 
-/// Opens the file \a path read-only in text mode (which drops every carriage return) and returns
-/// its whole text; an empty text for a file that is missing, cannot be opened or cannot be read to
-/// its end. Logs nothing.
+/// The bytes that a Utf8Stream writes for \a text.
+QByteArray toUtf8(const QString &text);
+
+/// Opens the file \a path read-only in text mode (which drops every carriage return) and reads its
+/// whole text into \a text. Returns false for a file that is missing, cannot be opened or cannot be
+/// read to its end; \a text is then as before, and \a reason, if given, becomes Qt's words for what
+/// failed. Logs nothing.
+bool readWholeText(const QString &path, QString &text, QString *reason = nullptr);
+
+/// The text that readWholeText() reads, or an empty one where that fails.
 QString readText(const QString &path);
 
 /// Reads the next line of \a stream into \a line, without its line end. Returns false at the end,

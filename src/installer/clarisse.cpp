@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: MIT
-#include "installer/plugininstaller.h"
+#include "installer/clarisse.h"
 
-#include "installer/scriptedit.h"
+#include "installer/plugininstaller.h"
 #include "textfile.h"
+
+ScriptEdit clarisseEdit(const QString &script)
+{
+    const QLatin1String importLine("import drask");
+    if (script.contains(importLine)) {
+        return {};
+    }
+    return {ScriptEdit::Kind::Append, QLatin1Char('\n') + importLine + QLatin1Char('\n')};
+}
 
 int PluginInstaller::editClarisseStartup(const QString &script)
 {
-    const QLatin1String importLine("import drask");
-    bool isPresent = false;
-    visitLines(script, [&isPresent, importLine](const QString &line) {
-        isPresent = line.contains(importLine);
-        return !isPresent;
-    });
-    if (isPresent) {
-        return 0;
-    }
-    return appendText(script, QLatin1Char('\n') + importLine + QLatin1Char('\n'));
+    const ScriptEdit edit = clarisseEdit(readText(script));
+    return edit.kind == ScriptEdit::Kind::Leave ? 0 : extendReadableScript(script, edit.text);
 }

@@ -1,42 +1,63 @@
 // SPDX-License-Identifier: MIT
-#include "installer/plugininstaller.h"
+#include "installer/houdini.h"
 
-#include "installer/scriptedit.h"
+#include "installer/plugininstaller.h"
 #include "literals.h"
 #include "textfile.h"
 
+#include <QTextStream>
+
 namespace {
 
-/// Reads up to the line behind the marker, which is the assignment that an earlier run added.
-ScriptScan scanEnvironment(const QString &envFile)
+/// The text up to the line behind the marker, which is the assignment that an earlier run added.
+struct EarlierAddition {
+    QString text;
+    QString assignment; ///< empty when there is none
+};
+
+EarlierAddition earlierAddition(QString environment)
 {
-    ScriptScan scan;
-    const bool wasRead = visitLines(envFile, [&scan](const QString &line) {
-        scan.content += line + "\r\n"_l1;
+    EarlierAddition found;
+    bool markerSeen = false;
+    QTextStream lines(&environment);
+    QString line;
+    while (lines.readLineInto(&line)) {
+        found.text += line + QLatin1Char('\n');
         if (line.contains(installedMarker)) {
-            scan.markerSeen = true;
-        } else if (scan.markerSeen) {
-            scan.oldLine = line;
-            return false;
+            markerSeen = true;
+        } else if (markerSeen) {
+            found.assignment = line;
+            break;
         }
-        return true;
-    });
-    // Half a file must not be written back in the place of the whole.
-    return wasRead ? scan : ScriptScan();
+    }
+    return found;
 }
 
 } // namespace
 
-int PluginInstaller::editHoudiniEnv(const QString &folder, const QString &envFile)
+ScriptEdit houdiniEdit(const QString &environment, const QString &folder)
 {
     const QString newLine = "HOUDINI_PATH = \""_l1 + folder + ";$HOUDINI_PATH\""_l1;
-    ScriptScan scan = scanEnvironment(envFile);
-    if (scan.hasOldLine()) {
-        // Deliberate: lines behind the assignment were not read and go with an update; the plug-in
-        // in the field expects its assignment to be the last.
-        return replaceOldLine(envFile, scan, newLine);
+    const EarlierAddition earlier = earlierAddition(environment);
+    if (!earlier.assignment.isEmpty()) {
+        // Deliberate: lines behind the assignment go with an update; the plug-in in the field
+        // expects its assignment to be the last.
+        return lineUpdate(earlier.text, earlier.assignment, newLine);
     }
-    return appendText(envFile,
-                      QLatin1Char('\n') + installedMarker + QLatin1Char('\n') + newLine
-                          + QLatin1Char('\n'));
+    return {ScriptEdit::Kind::Append,
+            QLatin1Char('\n') + installedMarker + QLatin1Char('\n') + newLine + QLatin1Char('\n')};
+}
+
+int PluginInstaller::editHoudiniEnv(const QString &folder, const QString &envFile)
+{
+    const ScriptEdit edit = houdiniEdit(readText(envFile), folder);
+    switch (edit.kind) {
+    case ScriptEdit::Kind::Leave:
+        break;
+    case ScriptEdit::Kind::Append:
+        return extendReadableScript(envFile, edit.text);
+    case ScriptEdit::Kind::Rewrite:
+        return rewriteScript(envFile, edit.text);
+    }
+    return 0;
 }

@@ -1,33 +1,28 @@
 // SPDX-License-Identifier: MIT
-#include "installer/plugininstaller.h"
+#include "installer/managerconfig.h"
 
+#include "disk/wholefile.h"
+#include "installer/plugininstaller.h"
 #include "literals.h"
 #include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
+#include <QTextStream>
 
 #include <algorithm>
 
 namespace {
 
-/// True when \a file begins with exactly \a lines; a line that it lacks counts as empty.
-bool beginsWith(QFile &file, const QStringList &lines)
-{
-    Utf8Stream stream(&file);
-    return std::all_of(lines.cbegin(), lines.cend(),
-                       [&stream](const QString &line) { return stream.readLine() == line; });
-}
-
 /// True when the file \a path says \a lines already.
 bool isUpToDate(const QString &path, const QStringList &lines)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    QString present;
+    if (!readWholeText(path, present)) {
         qDebug() << "cannot read config file, create new";
         return false;
     }
-    if (!beginsWith(file, lines)) {
+    if (!saysAlready(present, lines)) {
         return false;
     }
     qDebug() << "not necessary to write cfg";
@@ -36,33 +31,44 @@ bool isUpToDate(const QString &path, const QStringList &lines)
 
 } // namespace
 
-QStringList PluginInstaller::configLines(const QString &version) const
+QStringList managerConfigLines(const ManagerConfig &config)
 {
     return {
-        userName,
-        projectsFolder,
-        appDirPath + "/DraskDrop"_l1,
-        version,
-        QString::fromLatin1(cpuType.toBase64(QByteArray::Base64UrlEncoding)),
+        config.userName,
+        config.projectsFolder,
+        config.appDirPath + "/DraskDrop"_l1,
+        config.version,
+        QString::fromLatin1(config.cpuType.toBase64(QByteArray::Base64UrlEncoding)),
         QStringLiteral("1"),
-        copyTexFiles ? QStringLiteral("1") : QStringLiteral("0"),
+        config.copyTexFiles ? QStringLiteral("1") : QStringLiteral("0"),
     };
+}
+
+bool saysAlready(QString present, const QStringList &lines)
+{
+    QTextStream stream(&present);
+    return std::all_of(lines.cbegin(), lines.cend(),
+                       [&stream](const QString &line) { return stream.readLine() == line; });
+}
+
+QString managerConfigText(const QStringList &lines, LineEnd lineEnd)
+{
+    return lines.join(QLatin1String(lineEnd == LineEnd::LineFeed ? "\n" : "\r\n"));
 }
 
 int PluginInstaller::writeConfig(const QString &path, const QString &version,
                                  bool windowsLineEnds) const
 {
-    const QStringList lines = configLines(version);
+    const QStringList lines = managerConfigLines(
+        {userName, projectsFolder, appDirPath, version, cpuType, copyTexFiles});
     if (isUpToDate(path, lines)) {
         return 0;
     }
     // The number belongs to the message.
     qDebug() << "161 write cfg file...";
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        return Result::configurationNotWritten;
-    }
-    const QLatin1String lineEnd(windowsLineEnds ? "\r\n" : "\n");
-    Utf8Stream(&file) << lines.join(lineEnd);
-    return 0;
+    const LineEnd lineEnd = windowsLineEnds ? LineEnd::CarriageReturnLineFeed : LineEnd::LineFeed;
+    const QString text = managerConfigText(lines, lineEnd);
+    return writeWhole(path, QIODevice::WriteOnly | QIODevice::Text, toUtf8(text))
+        ? 0
+        : Result::configurationNotWritten;
 }

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "installer/plugininstaller.h"
+#include "installer/maya.h"
 
+#include "installer/plugininstaller.h"
 #include "installer/scriptedit.h"
 #include "literals.h"
 #include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
+#include <QFile>
+#include <QTextStream>
 
 namespace {
 
@@ -27,81 +30,107 @@ QString withPath(QString text, const QString &path)
         .replace("__ScriptPath__"_l1, path);
 }
 
-ScriptScan scanUserSetup(const QString &target)
+/// The path line of an earlier run's addition; empty when none is recognised.
+QString oldPathLine(QString script)
 {
-    ScriptScan scan;
-    const bool wasRead = visitLines(target, [&scan](const QString &line) {
-        scan.content += line + "\r\n"_l1;
-        scan.markerSeen = scan.markerSeen || line.contains(installedMarker);
-        if (scan.markerSeen && line.startsWith(pathLinePrefix)) {
-            scan.oldLine = line;
+    QTextStream lines(&script);
+    QString line;
+    QString found;
+    bool markerSeen = false;
+    while (lines.readLineInto(&line)) {
+        markerSeen = markerSeen || line.contains(installedMarker);
+        if (markerSeen && line.startsWith(pathLinePrefix)) {
+            found = line;
         }
-        return true;
-    });
-    // Half a script must not be written back in the place of the whole.
-    return wasRead ? scan : ScriptScan();
+    }
+    return found;
 }
 
-/// Puts \a block in the place of the block that an earlier run added to \a targetText, which
-/// reaches from the marker to the end of the deferred call.
-int replaceBlock(const QString &target, const QString &targetText, const QString &block)
+/// Puts \a block in the place of the block that an earlier run added, which reaches from the marker
+/// to the end of the deferred call.
+MayaUpdate blockUpdate(const QString &script, const QString &block)
 {
-    const int start = targetText.indexOf(installedMarker);
-    const int end = targetText.indexOf(deferredCall) + deferredCall.size();
-    if (start < 0 || end < 0) {
+    const auto start = script.indexOf(installedMarker);
+    if (start < 0) {
+        return {MayaUpdate::Part::Lost, QString()};
+    }
+    const auto end = script.indexOf(deferredCall) + deferredCall.size();
+    const QLatin1String frame("\r\n");
+    return {MayaUpdate::Part::Block, script.left(start) + frame + block + frame + script.mid(end)};
+}
+
+int updateUserSetup(const QString &target, const MayaUpdate &update)
+{
+    switch (update.part) {
+    case MayaUpdate::Part::None:
+        break;
+    case MayaUpdate::Part::PathLine:
+        return rewriteScript(target, update.script);
+    case MayaUpdate::Part::Block:
+        return rewriteScript(target, update.script, "Could not open target file2");
+    case MayaUpdate::Part::Lost:
         qDebug() << "old positions not found";
         return Result::scriptNotInstalled;
     }
-    QFile file(target);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        qDebug() << "Could not open target file2" << file.errorString();
-        return Result::scriptNotInstalled;
-    }
-    const QLatin1String frame("\r\n");
-    Utf8Stream(&file) << targetText.left(start) << frame << block << frame << targetText.mid(end);
     return 0;
 }
 
-int updateUserSetup(const QString &target, ScriptScan &scan, const QString &templateFile,
-                    const QString &path)
-{
-    const QString templateText = readText(templateFile);
-    const QString targetText = readText(target);
-    if (templateText.contains(shelfCall) && targetText.contains(deferredCall)) {
-        return replaceBlock(target, targetText, withPath(templateText, path));
-    }
-    const QString newLine = pathLinePrefix + "u'"_l1 + path + "'))"_l1;
-    return replaceOldLine(target, scan, newLine);
-}
-
 int addToUserSetup(const QString &target, const QString &backup, const QString &templateFile,
-                   const QString &path)
+                   const QString &pluginFolder)
 {
     if (!QFile::exists(backup)) {
         static_cast<void>(QFile::copy(target, backup));
     }
-    QFile templateLines(templateFile);
-    if (!templateLines.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    QString templateText;
+    if (!readWholeText(templateFile, templateText)) {
         qDebug() << "1635 error " << templateFile;
         return Result::scriptNotInstalled;
     }
-    Utf8Stream source(&templateLines);
     // Deliberate: nothing is written in front of the block, not even a missing line end; Maya
     // artists' scripts end with one.
-    return writeLines(source, target, QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text,
-                      [&path](const QString &line) { return withPath(line, path); });
+    const QString addition = mayaAddition(templateText, pluginFolder);
+    return addition.isEmpty() ? 0 : extendScript(target, addition);
 }
 
 } // namespace
+
+bool hasMayaAddition(const QString &script)
+{
+    return !oldPathLine(script).isEmpty();
+}
+
+QString mayaAddition(const QString &templateText, const QString &pluginFolder)
+{
+    const QString path = escapedPath(pluginFolder);
+    return editedLines(templateText, [&path](const QString &line) { return withPath(line, path); });
+}
+
+MayaUpdate mayaUpdate(const QString &script, const QString &scriptNow, const QString &templateText,
+                      const QString &pluginFolder)
+{
+    const QString path = escapedPath(pluginFolder);
+    if (templateText.contains(shelfCall) && scriptNow.contains(deferredCall)) {
+        return blockUpdate(scriptNow, withPath(templateText, path));
+    }
+    const ScriptEdit edit = lineUpdate(script, oldPathLine(script),
+                                       pathLinePrefix + "u'"_l1 + path + "'))"_l1);
+    if (edit.kind == ScriptEdit::Kind::Leave) {
+        return {};
+    }
+    return {MayaUpdate::Part::PathLine, edit.text};
+}
 
 int PluginInstaller::copyMayaUserSetup(const QString &templateFile, const QString &pluginFolder)
 {
     const QString target = pluginFolder + "/../userSetup.py"_l1;
     // Deliberate: the backup lies in the plug-in folder, not beside the script.
     const QString backup = pluginFolder + "/userSetup.py.draskbackup"_l1;
-    const QString path = escapedPath(pluginFolder);
 
-    ScriptScan scan = scanUserSetup(target);
-    return scan.hasOldLine() ? updateUserSetup(target, scan, templateFile, path)
-                             : addToUserSetup(target, backup, templateFile, path);
+    const QString script = readText(target);
+    if (!hasMayaAddition(script)) {
+        return addToUserSetup(target, backup, templateFile, pluginFolder);
+    }
+    const QString templateText = readText(templateFile);
+    const QString scriptNow = readText(target);
+    return updateUserSetup(target, mayaUpdate(script, scriptNow, templateText, pluginFolder));
 }

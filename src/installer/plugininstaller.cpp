@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "installer/plugininstaller.h"
 
+#include "disk/wholefile.h"
 #include "globals.h"
 #include "literals.h"
 #include "results.h"
@@ -59,11 +60,10 @@ void PluginInstaller::readCPUinfo()
 
 int PluginInstaller::writeVersionFile(const QString &folder, const QString &version)
 {
-    QFile file(folder + "/version.txt"_l1);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
+    if (!writeWhole(folder + "/version.txt"_l1, QIODevice::WriteOnly | QIODevice::Text,
+                    toUtf8(version))) {
         qDebug() << "error writing version file: " << folder;
         return Result::configurationNotWritten;
     }
-    Utf8Stream(&file) << version;
     return 0;
 }

@@ -29,7 +29,7 @@ public:
     void readCPUinfo();
 
     /// Writes \a version, as UTF-8 and without a line end, to \a folder + "/version.txt".
-    /// An older file is replaced. Returns 0, or 3 when the file cannot be opened; that logs "error
+    /// An older file is replaced. Returns 0, or 3 when the file cannot be written; that logs "error
     /// writing version file: " and \a folder. No folder is made.
     static int writeVersionFile(const QString &folder, const QString &version);
 
@@ -55,8 +55,8 @@ public:
     /// lines of UTF-8, ended by "\r\n" with \a windowsLineEnds and by "\n" without, the last by
     /// nothing. They are the user, the projects folder, the manager's drop program, \a version, the
     /// CPU type in URL-safe base64, "1", and "1" or "0" for the textures. A file whose first seven
-    /// lines say the same already is left as it is. Returns 0, or 3 when the file cannot be opened
-    /// for writing. Logs whether the file was there, and whether it is written.
+    /// lines say the same already is left as it is. Returns 0, or 3 when the file cannot be
+    /// written. Logs whether the file was there, and whether it is written.
     int writeConfig(const QString &path, const QString &version, bool windowsLineEnds) const;
 
     /// Adds the lines of the file \a templateFile to Maya's start-up script, the "userSetup.py" one
@@ -71,13 +71,13 @@ public:
     /// Puts \a folder on Houdini's search path: adds a HOUDINI_PATH assignment to the file
     /// \a envFile ("…/houdini.env", UTF-8), or updates the one that an earlier run added; then
     /// the lines behind it go. \a folder is written as it stands. Returns 0 when the file is as it
-    /// should be, 1 when it cannot be opened: logged when an assignment was to be updated, silent
+    /// should be, 1 when it cannot be written: logged when an assignment was to be updated, silent
     /// when one was to be added.
     static int editHoudiniEnv(const QString &folder, const QString &envFile);
 
     /// Adds the line "import drask" to the Clarisse start-up script \a script (a full name; UTF-8),
     /// once, and makes the script when there is none. Returns 0 when the line is there, 1 when the
-    /// file cannot be opened. Logs nothing. Library only: no mode calls it.
+    /// file cannot be written. Logs nothing. Library only: no mode calls it.
     static int editClarisseStartup(const QString &script);
 
     /// Adds the plug-in's entry to the menu file of LightWave's configuration in the folder
@@ -101,7 +101,6 @@ public:
 private:
     bool openManifest(const QString &dst);
     int copySubFolders(const QString &src, const QString &dst, const QStringList &names);
-    QStringList configLines(const QString &version) const;
 
     QString userName;
     QString appDirPath;

@@ -1,53 +1,62 @@
 // SPDX-License-Identifier: MIT
 #include "installer/scriptedit.h"
 
+#include "disk/wholefile.h"
 #include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
-#include <QFile>
+#include <QTextStream>
 
-bool ScriptScan::hasOldLine() const
-{
-    return markerSeen && !oldLine.isEmpty();
-}
+namespace {
 
-int writeLines(QTextStream &source, const QString &path, QIODevice::OpenMode mode,
-               const std::function<QString(const QString &)> &edit)
+int writeScript(const QString &path, QIODevice::OpenMode mode, const QString &text,
+                const char *message)
 {
-    QFile target(path);
-    Utf8Stream stream(&target);
-    QString line;
-    while (readWholeLine(source, line)) {
-        if (!target.isOpen() && !target.open(mode)) {
-            qDebug() << "Could not open target file" << target.errorString();
-            return Result::scriptNotInstalled;
-        }
-        stream << edit(line) << Qt::endl;
-        // Each line is written for itself: one that met a full disk does not silence the rest.
-        stream.resetStatus();
-    }
-    return 0;
-}
-
-int replaceOldLine(const QString &path, ScriptScan &scan, const QString &newLine)
-{
-    if (scan.oldLine == newLine) {
-        return 0;
-    }
-    QTextStream lines(&scan.content);
-    return writeLines(lines, path, QIODevice::WriteOnly | QIODevice::Text,
-                      [&scan, &newLine](const QString &line) {
-                          return QString(line).replace(scan.oldLine, newLine);
-                      });
-}
-
-int appendText(const QString &path, const QString &text)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Append | QIODevice::Text)) {
+    QString reason;
+    if (!writeWhole(path, mode, toUtf8(text), &reason)) {
+        qDebug() << message << reason;
         return Result::scriptNotInstalled;
     }
-    Utf8Stream(&file) << text;
     return 0;
+}
+
+} // namespace
+
+QString editedLines(QString text, const std::function<QString(const QString &)> &edit)
+{
+    QTextStream lines(&text);
+    QString line;
+    QString edited;
+    while (lines.readLineInto(&line)) {
+        edited += edit(line) + QLatin1Char('\n');
+    }
+    return edited;
+}
+
+ScriptEdit lineUpdate(const QString &text, const QString &oldLine, const QString &newLine)
+{
+    if (oldLine == newLine) {
+        return {};
+    }
+    return {ScriptEdit::Kind::Rewrite, editedLines(text, [&](const QString &line) {
+                return QString(line).replace(oldLine, newLine);
+            })};
+}
+
+int rewriteScript(const QString &path, const QString &text, const char *message)
+{
+    return writeScript(path, QIODevice::WriteOnly | QIODevice::Text, text, message);
+}
+
+int extendScript(const QString &path, const QString &text)
+{
+    return writeScript(path, QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text, text,
+                       "Could not open target file");
+}
+
+int extendReadableScript(const QString &path, const QString &text)
+{
+    const QIODevice::OpenMode mode = QIODevice::ReadWrite | QIODevice::Append | QIODevice::Text;
+    return writeWhole(path, mode, toUtf8(text)) ? 0 : Result::scriptNotInstalled;
 }

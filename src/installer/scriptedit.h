@@ -3,41 +3,43 @@
 
 #include "literals.h"
 
-#include <QIODevice>
 #include <QLatin1String>
 #include <QString>
-#include <QTextStream>
 
 #include <functional>
 
 /// \file
-/// The steps that the edits of hosts' start-up files share.
+/// What the edits of hosts' start-up files and scripts share.
 
 /// The comment line by which an earlier addition is recognised.
 inline constexpr QLatin1String installedMarker = "#drask_installed"_l1;
 
-/// What a walk through a start-up file found out.
-struct ScriptScan {
-    QString content;         ///< every line read, each ended by "\r\n"
-    bool markerSeen = false; ///< a line with installedMarker was among them
-    QString oldLine; ///< the line that an earlier run added, to be brought up to date; or empty
-
-    /// True when an earlier run's line was recognised.
-    bool hasOldLine() const;
+/// What is to become of a start-up file.
+struct ScriptEdit {
+    enum class Kind {
+        Leave,   ///< the file is as it should be
+        Append,  ///< the text comes behind what is there; a missing file is made
+        Rewrite, ///< the text is the file's new content
+    };
+    Kind kind = Kind::Leave;
+    QString text;
 };
 
-/// Writes every line of \a source, changed by \a edit and ended by "\n", to the file \a path, each
-/// flushed by itself. The file is opened with \a mode just before the first line, so a source
-/// without lines leaves it alone. Returns 0, or 1 when the file cannot be opened, which logs
-/// "Could not open target file" and the reason.
-int writeLines(QTextStream &source, const QString &path, QIODevice::OpenMode mode,
-               const std::function<QString(const QString &)> &edit);
+/// The lines of \a text, each changed by \a edit and ended by "\n". Their own line ends, "\n" or
+/// "\r\n", fall away.
+QString editedLines(QString text, const std::function<QString(const QString &)> &edit);
 
-/// Brings the line that \a scan found in the file \a path up to date: rewrites the file from the
-/// scanned lines, with \a newLine wherever the old line stands, and "\n" line ends. A file that has
-/// \a newLine already is not touched. Returns and logs what writeLines() does.
-int replaceOldLine(const QString &path, ScriptScan &scan, const QString &newLine);
+/// Brings the line \a oldLine, which an earlier run added to the file with the text \a text, up to
+/// date: \a newLine wherever it stands, and "\n" line ends. Leaves a file that has \a newLine.
+ScriptEdit lineUpdate(const QString &text, const QString &oldLine, const QString &newLine);
 
-/// Appends \a text to the file \a path, creating it when there is none. Returns 0, or 1 when the
-/// file cannot be opened for reading and appending. Logs nothing.
-int appendText(const QString &path, const QString &text);
+/// Makes \a text, as UTF-8, the content of the file \a path. Returns 0, or 1 when the file cannot
+/// be opened or written, and is as before; that logs \a message and the reason.
+int rewriteScript(const QString &path, const QString &text,
+                  const char *message = "Could not open target file");
+
+/// Adds \a text to the file \a path, or makes it. Returns and logs what rewriteScript() does.
+int extendScript(const QString &path, const QString &text);
+
+/// The same for a file that must be readable as well; logs nothing.
+int extendReadableScript(const QString &path, const QString &text);

@@ -30,9 +30,11 @@ constexpr XsiScript xsiScripts[] = {
 };
 // clang-format on
 
-bool openSource(QFile &source, const XsiScript &script)
+/// Reads the source file \a path into \a text and says how that went, in the script's words.
+bool readSource(const QString &path, const XsiScript &script, QString &text)
 {
-    if (source.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    QString reason;
+    if (readWholeText(path, text, &reason)) {
         if (script.openedMessage != nullptr) {
             qDebug() << script.openedMessage;
         }
@@ -41,28 +43,28 @@ bool openSource(QFile &source, const XsiScript &script)
     QDebug log = qDebug();
     log << script.notOpenedMessage;
     if (script.givesReason) {
-        log << source.errorString();
+        log << reason;
     }
     return false;
 }
 
 int installScript(const XsiScript &script, const QString &sourceFolder, const QString &destFolder)
 {
-    QFile source(sourceFolder + script.name);
+    const QString source = sourceFolder + script.name;
     const QString target = destFolder + script.name;
     if (script.announcesPaths) {
-        qDebug() << "setupFile: " << source.fileName();
+        qDebug() << "setupFile: " << source;
         qDebug() << "targetFile: " << target;
     }
-    if (!openSource(source, script)) {
+    QString text;
+    if (!readSource(source, script, text)) {
         return Result::scriptNotInstalled;
     }
     const QString replacement = QString(script.replacement).arg(destFolder);
-    Utf8Stream lines(&source);
-    return writeLines(lines, target, QIODevice::WriteOnly | QIODevice::Text,
-                      [&script, &replacement](const QString &line) {
-                          return QString(line).replace(script.placeHolder, replacement);
-                      });
+    const QString filled = editedLines(text, [&script, &replacement](const QString &line) {
+        return QString(line).replace(script.placeHolder, replacement);
+    });
+    return filled.isEmpty() ? 0 : rewriteScript(target, filled);
 }
 
 } // namespace

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+/// \file
+/// The text of manager.cfg.
+
+/// What manager.cfg tells an installed plug-in.
+struct ManagerConfig {
+    QString userName;
+    QString projectsFolder;
+    QString appDirPath; ///< the tool's own folder, without a trailing slash
+    QString version;    ///< the tool's own version
+    QByteArray cpuType; ///< as "cputype" printed it
+    bool copyTexFiles = true;
+};
+
+/// The seven lines of \a config, without line ends.
+QStringList managerConfigLines(const ManagerConfig &config);
+
+/// True when the text \a present begins with exactly \a lines, whatever their line ends; a line
+/// that it lacks counts as empty.
+bool saysAlready(QString present, const QStringList &lines);
+
+/// What stands between the lines of a manager.cfg.
+enum class LineEnd { LineFeed, CarriageReturnLineFeed };
+
+/// The text of a new file: \a lines with \a lineEnd between them.
+QString managerConfigText(const QStringList &lines, LineEnd lineEnd);
