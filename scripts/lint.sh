@@ -55,7 +55,7 @@ prepare_build() {
     run_quietly cmake --preset tidy -DDRASK_BUILD_FUZZERS=ON -DDRASK_BUILD_BENCHMARK=ON
     # shellcheck disable=SC2046
     run_quietly cmake --build "$build" --target $(ninja -C "$build" -t targets all \
-        | sed -n 's/^\([a-z0-9_]*_autogen\): phony$/\1/p')
+        | sed -n 's/^\([a-z0-9_-]*_autogen\): phony$/\1/p')
 }
 
 # Qt Test's macros keep clang-tidy busy for a quarter of an hour: test programs are left to clazy.

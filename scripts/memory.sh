@@ -8,7 +8,7 @@ set -u
 cd "$repository" || exit 1
 export LC_ALL=C.UTF-8
 
-# A line a test program, with the cases that are run; all of them without any.
+# A line for each class, with the cases that are run; all of them without any.
 tested_runs() {
     cat <<'TEXT'
 tst_modes wordsChooseTheMode
@@ -37,7 +37,7 @@ export DRASK_RUN_THROUGH="valgrind --quiet --leak-check=full \
 export QTEST_FUNCTION_TIMEOUT=1800000
 cd build/dev/tests || exit 1
 # shellcheck disable=SC2016 # the inner shell expands them
-tested_runs | xargs -P "$(getconf _NPROCESSORS_ONLN)" -L 1 sh -c './"$0" "$@" -silent'
+tested_runs | xargs -P "$(getconf _NPROCESSORS_ONLN)" -L 1 sh -c './drask-endtoend-tests "$0" "$@" -silent'
 result=$?
 runs=$(find "$reports" -type f | wc -l | tr -d ' ')
 faulty=$(find "$reports" -type f -size +0 | wc -l | tr -d ' ')

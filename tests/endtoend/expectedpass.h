@@ -2,7 +2,6 @@
 #pragma once
 
 #include "commandline.h"
-#include "copysandbox.h"
 #include "expectedlog.h"
 #include "workstation.h"
 

@@ -2,6 +2,7 @@
 #include "expectedpass.h"
 #include "ordinaryuser.h"
 #include "studio.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -359,5 +360,5 @@ void tst_BadInput::strangeFoldersAreServedAndCleared()
     VERIFY_LEFT(workstation, cleared, lookUp + test::linesOfUninstall(target, 0), QByteArray());
 }
 
-QTEST_GUILESS_MAIN(tst_BadInput)
+DRASK_TEST(tst_BadInput)
 #include "tst_badinput.moc"

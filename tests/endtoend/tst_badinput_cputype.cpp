@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "expectedpass.h"
+#include "testprogram.h"
 #include "workstation.h"
 
 #include <QtTest>
@@ -167,5 +168,5 @@ void tst_BadInputCpuType::hangingProgramIsEndedAndItsOutputKept()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_BadInputCpuType)
+DRASK_TEST(tst_BadInputCpuType)
 #include "tst_badinput_cputype.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "expectedpass.h"
 #include "smalldisk.h"
+#include "testprogram.h"
 #include "workstation.h"
 
 #include <QtTest>
@@ -226,5 +227,5 @@ void tst_BadInputDisk::fullToolDiskLosesTheLogAlone()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_BadInputDisk)
+DRASK_TEST(tst_BadInputDisk)
 #include "tst_badinput_disk.moc"

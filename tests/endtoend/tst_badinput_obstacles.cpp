@@ -2,6 +2,7 @@
 #include "obstructedhost.h"
 #include "obstructedothers.h"
 #include "ordinaryuser.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -387,5 +388,5 @@ void tst_BadInputObstacles::readOnlyToolFolderKeepsNobodyFromBeingServed()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_BadInputObstacles)
+DRASK_TEST(tst_BadInputObstacles)
 #include "tst_badinput_obstacles.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ordinaryuser.h"
 #include "plantedplugin.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -301,5 +302,5 @@ void tst_HostileEnvironment::smallLimitsChangeNothing()
     verifyLifeWith(station, throughShell("ulimit " + limit + " && exec \"$@\""));
 }
 
-QTEST_GUILESS_MAIN(tst_HostileEnvironment)
+DRASK_TEST(tst_HostileEnvironment)
 #include "tst_hostile_environment.moc"

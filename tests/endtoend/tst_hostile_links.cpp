@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "selfcopies.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 /// Links in plug-ins and hosts, and hosts that lie in plug-ins.
@@ -333,5 +335,5 @@ void tst_HostileLinks::folderOfAllPluginsMayBeAHost()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_HostileLinks)
+DRASK_TEST(tst_HostileLinks)
 #include "tst_hostile_links.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "plantedplugin.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 /// Where the program may lie, and how its hosts may be written.
@@ -284,5 +286,5 @@ void tst_HostilePaths::hugeOperandNamesNothing()
     VERIFY_LEFT(plant, before, log, QByteArray());
 }
 
-QTEST_GUILESS_MAIN(tst_HostilePaths)
+DRASK_TEST(tst_HostilePaths)
 #include "tst_hostile_paths.moc"

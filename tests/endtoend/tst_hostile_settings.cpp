@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "settingsofonehost.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 /// Settings that are well-formed and absurd. Those that are none are elsewhere.
@@ -227,5 +229,5 @@ void tst_HostileSettings::hostFolderWithALineFeedListsFilesOfTheWorkingFolder()
                 QByteArray());
 }
 
-QTEST_GUILESS_MAIN(tst_HostileSettings)
+DRASK_TEST(tst_HostileSettings)
 #include "tst_hostile_settings.moc"

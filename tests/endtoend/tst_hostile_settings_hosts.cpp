@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "inmemory.h"
 #include "settingsofonehost.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -216,5 +217,5 @@ void tst_HostileSettingsHosts::oneHostTenThousandTimes()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_HostileSettingsHosts)
+DRASK_TEST(tst_HostileSettingsHosts)
 #include "tst_hostile_settings_hosts.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "plantedplugin.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 #include <csignal>
@@ -89,5 +91,5 @@ void tst_Hostile_Signals::companionIsWaitedForWhateverIsHandedDown()
     VERIFY_LEFT(plant, expected, plant.logOfSecondInstall(), QByteArray());
 }
 
-QTEST_GUILESS_MAIN(tst_Hostile_Signals)
+DRASK_TEST(tst_Hostile_Signals)
 #include "tst_hostile_signals.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "inmemory.h"
 #include "plantedplugin.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -299,5 +300,5 @@ void tst_HostileTrees::filesNamedLikeTheProgramsOwnAreFilesLikeOthers()
     test::verifyLifeOf(plant, test::withFolders(files));
 }
 
-QTEST_GUILESS_MAIN(tst_HostileTrees)
+DRASK_TEST(tst_HostileTrees)
 #include "tst_hostile_trees.moc"

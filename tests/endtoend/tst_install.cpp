@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "expectedlog.h"
 #include "studio.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -134,5 +135,5 @@ void tst_Install::hostWithoutItsPluginIsReportedAndTheRestServed()
                 errors);
 }
 
-QTEST_GUILESS_MAIN(tst_Install)
+DRASK_TEST(tst_Install)
 #include "tst_install.moc"

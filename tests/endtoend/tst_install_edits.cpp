@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "studio.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 /// What installations do to the files that belong to the hosts' users.
@@ -267,5 +269,5 @@ void tst_InstallEdits::cinema4dLosesWhatEarlierPluginsLeft()
     VERIFY_LATER_REINSTALL(studio, expected);
 }
 
-QTEST_GUILESS_MAIN(tst_InstallEdits)
+DRASK_TEST(tst_InstallEdits)
 #include "tst_install_edits.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "expectedlog.h"
 #include "studio.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -317,5 +318,5 @@ void tst_InstallUpdate::onlyWriteConfigOnFreshHostsCopiesNoPlugin()
                 QByteArray());
 }
 
-QTEST_GUILESS_MAIN(tst_InstallUpdate)
+DRASK_TEST(tst_InstallUpdate)
 #include "tst_install_update.moc"

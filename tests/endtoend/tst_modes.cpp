@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "expectedpass.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 using test::alreadyInstalledLine;
@@ -255,5 +257,5 @@ void tst_Modes::noSettingsAtAll()
     VERIFY_LEFT(workstation, expected, log, QByteArray());
 }
 
-QTEST_GUILESS_MAIN(tst_Modes)
+DRASK_TEST(tst_Modes)
 #include "tst_modes.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "expectedpass.h"
 #include "failinghosts.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -312,5 +313,5 @@ void tst_ModesExitCodes::legacyRemovalAlwaysSucceeds()
     VERIFY_RERUN(workstation, arguments, test::RunOptions(), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_ModesExitCodes)
+DRASK_TEST(tst_ModesExitCodes)
 #include "tst_modes_exitcodes.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "expectedpass.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 #include <unistd.h>
@@ -373,5 +375,5 @@ void tst_ModesLogs::warningsOfQtAreLogged()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_ModesLogs)
+DRASK_TEST(tst_ModesLogs)
 #include "tst_modes_logs.moc"

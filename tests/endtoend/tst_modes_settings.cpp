@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "expectedpass.h"
 
+#include "testprogram.h"
+
 #include <QRandomGenerator>
 #include <QtTest>
 
@@ -385,5 +387,5 @@ void tst_ModesSettings::unusableSettingsAreNoFailure()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_ModesSettings)
+DRASK_TEST(tst_ModesSettings)
 #include "tst_modes_settings.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "expectedpass.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 using test::installedLine;
@@ -269,5 +271,5 @@ void tst_ModesUninstall::operandIsTakenApart()
     VERIFY_RERUN(workstation, arguments, test::RunOptions(), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_ModesUninstall)
+DRASK_TEST(tst_ModesUninstall)
 #include "tst_modes_uninstall.moc"

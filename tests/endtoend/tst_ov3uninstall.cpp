@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ordinaryuser.h"
+#include "testprogram.h"
 #include "workstation.h"
 
 #include <QtTest>
@@ -360,5 +361,5 @@ void tst_Ov3Uninstall::fileThatCannotBeDeletedIsNoFailure()
     VERIFY_CLEANED(studio, studio.clean(studio.path("list"), options), rest);
 }
 
-QTEST_GUILESS_MAIN(tst_Ov3Uninstall)
+DRASK_TEST(tst_Ov3Uninstall)
 #include "tst_ov3uninstall.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ordinaryuser.h"
 #include "scenario.h"
+#include "testprogram.h"
 #include "workstation.h"
 
 #include <QDir>
@@ -466,7 +467,10 @@ void tst_Scenarios::scenario()
     }
 }
 
-int main(int argc, char **argv)
+namespace {
+
+/// Qt Test does not know the word "--accept".
+int runScenarios(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     QStringList arguments = QCoreApplication::arguments();
@@ -478,5 +482,9 @@ int main(int argc, char **argv)
     tst_Scenarios scenarios;
     return QTest::qExec(&scenarios, arguments);
 }
+
+const test::Registration registration(__FILE__, test::Place::AsBuilt, runScenarios);
+
+} // namespace
 
 #include "tst_scenarios.moc"

@@ -2,6 +2,7 @@
 #include "expectedlog.h"
 #include "ordinaryuser.h"
 #include "studio.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -286,5 +287,5 @@ void tst_Uninstall::removalOfAllRemovesNothing()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_Uninstall)
+DRASK_TEST(tst_Uninstall)
 #include "tst_uninstall.moc"

@@ -2,6 +2,7 @@
 #include "faultcampaign.h"
 #include "readonlyfolder.h"
 #include "smalldisk.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -270,5 +271,5 @@ void tst_Faults_Disk::campaignInjectedFaults()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_Faults_Disk)
+DRASK_TEST(tst_Faults_Disk)
 #include "tst_faults_disk.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "faultcampaign.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 using test::Harm;
@@ -125,5 +127,5 @@ void tst_Faults_Errors::campaignInjectedFaults()
     QVERIFY(campaigns.faults() > 0);
 }
 
-QTEST_GUILESS_MAIN(tst_Faults_Errors)
+DRASK_TEST(tst_Faults_Errors)
 #include "tst_faults_errors.moc"

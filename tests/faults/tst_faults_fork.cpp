@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "testprogram.h"
 #include "tracer.h"
 
 #include <QProcess>
@@ -97,5 +98,5 @@ void tst_Faults_Fork::companionCannotBeStarted()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_Faults_Fork)
+DRASK_TEST(tst_Faults_Fork)
 #include "tst_faults_fork.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "faultcampaign.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 using test::Harm;
@@ -83,5 +85,5 @@ void tst_Faults_Kill::campaignInjectedFaults()
     QVERIFY(campaigns.faults() > 0);
 }
 
-QTEST_GUILESS_MAIN(tst_Faults_Kill)
+DRASK_TEST(tst_Faults_Kill)
 #include "tst_faults_kill.moc"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "testprogram.h"
 #include "tracer.h"
 
 #include <QtTest>
@@ -75,5 +76,5 @@ void tst_Faults_Reading::halfANameInAManifestIsNotDeleted()
     QCOMPARE(fates.mid(2).count("deleted"), fates.size() - 2);
 }
 
-QTEST_GUILESS_MAIN(tst_Faults_Reading)
+DRASK_TEST(tst_Faults_Reading)
 #include "tst_faults_reading.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "faultcampaign.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 #include <chrono>
@@ -167,5 +169,5 @@ void tst_Faults_Twice::campaignRanPairs()
     QVERIFY(pairs > 0);
 }
 
-QTEST_GUILESS_MAIN(tst_Faults_Twice)
+DRASK_TEST(tst_Faults_Twice)
 #include "tst_faults_twice.moc"

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "copysandbox.h"
 
-#include <QDir>
-
 namespace test {
 
 CopySandbox::CopySandbox(bool onlyWriteConfig)
@@ -33,20 +31,6 @@ QStringList CopySandbox::log() const
 PluginInstaller &CopySandbox::installer()
 {
     return copier;
-}
-
-QStringList filesInCopyOrder(const QString &folder)
-{
-    const QDir dir(folder);
-    QStringList files = dir.entryList(QDir::Files, QDir::Unsorted);
-    const QStringList subFolders = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
-    for (const QString &subFolder : subFolders) {
-        const QStringList below = filesInCopyOrder(folder + QLatin1Char('/') + subFolder);
-        for (const QString &file : below) {
-            files << subFolder + QLatin1Char('/') + file;
-        }
-    }
-    return files;
 }
 
 } // namespace test

@@ -32,8 +32,4 @@ private:
     int linesOfTheConstructor;
 };
 
-/// The files below \a folder, relative to it, in the order in which a copy takes them: as the file
-/// system lists them, a folder's own files before those of its subfolders.
-QStringList filesInCopyOrder(const QString &folder);
-
 } // namespace test

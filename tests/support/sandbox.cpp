@@ -83,6 +83,20 @@ void put(Tree &tree, const QString &path, const QByteArray &content)
     tree.insert(path, content);
 }
 
+QStringList filesInCopyOrder(const QString &folder)
+{
+    const QDir dir(folder);
+    QStringList files = dir.entryList(QDir::Files, QDir::Unsorted);
+    const QStringList subFolders = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
+    for (const QString &subFolder : subFolders) {
+        const QStringList below = filesInCopyOrder(folder + QLatin1Char('/') + subFolder);
+        for (const QString &file : below) {
+            files << subFolder + QLatin1Char('/') + file;
+        }
+    }
+    return files;
+}
+
 QString treeDifference(const Tree &actual, const Tree &expected)
 {
     QStringList lines;

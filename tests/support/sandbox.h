@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QMap>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -19,6 +20,10 @@ Tree readTree(const QString &folder);
 
 /// Adds a file or (with a "/" at its end) a folder to \a tree, with all folders above it.
 void put(Tree &tree, const QString &path, const QByteArray &content = "");
+
+/// The files below \a folder, relative to it, in the order in which a copy takes them: as the file
+/// system lists them, a folder's own files before those of its subfolders.
+QStringList filesInCopyOrder(const QString &folder);
 
 /// Says, a line an entry, how \a actual differs from \a expected; empty when it does not.
 /// Compare with QCOMPARE(treeDifference(…), QString()).

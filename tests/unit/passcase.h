@@ -4,7 +4,7 @@
 #include "hostsetup.h"
 #include "installpass.h"
 #include "managersettings.h"
-#include "relocated.h"
+#include "programfolder.h"
 
 #include <QList>
 #include <QString>

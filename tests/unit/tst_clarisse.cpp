@@ -3,6 +3,7 @@
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -187,5 +188,5 @@ void tst_Clarisse::scriptThatMayNotBeWrittenIsGoodWithTheImport()
     QCOMPARE(edit(sandbox), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_Clarisse)
+DRASK_TEST(tst_Clarisse)
 #include "tst_clarisse.moc"

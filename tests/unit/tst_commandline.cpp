@@ -2,6 +2,7 @@
 #include "commandline.h"
 
 #include "localecodec.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -125,5 +126,5 @@ void tst_CommandLine::noWordAtAllInstalls()
     QCOMPARE(commandLine.operand, QString());
 }
 
-QTEST_GUILESS_MAIN(tst_CommandLine)
+DRASK_TEST(tst_CommandLine)
 #include "tst_commandline.moc"

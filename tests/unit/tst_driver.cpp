@@ -5,6 +5,7 @@
 #include "globals.h"
 #include "logcapture.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -141,5 +142,5 @@ void tst_Driver::relativeFolderIsUsedAsItStands()
              QString());
 }
 
-QTEST_GUILESS_MAIN(tst_Driver)
+DRASK_TEST(tst_Driver)
 #include "tst_driver.moc"

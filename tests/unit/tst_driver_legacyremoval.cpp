@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "driver.h"
-#include "relocated.h"
+#include "programfolder.h"
+#include "testprogram.h"
 #include "uninstaller/ov3uninstaller.h"
 
 #include <QLoggingCategory>
@@ -88,12 +89,6 @@ void tst_DriverLegacyRemoval::onlyAFailureIsReported()
     QCOMPARE(folder.read("pluginError.txt"), errors);
 }
 
-int main(int argc, char *argv[])
-{
-    return test::runRelocated(argc, argv, [](int count, char *words[]) {
-        tst_DriverLegacyRemoval tests;
-        return QTest::qExec(&tests, count, words);
-    });
-}
+DRASK_TEST_WITHOUT_APPLICATION(tst_DriverLegacyRemoval)
 
 #include "tst_driver_legacyremoval.moc"

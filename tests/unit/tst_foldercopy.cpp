@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "copysandbox.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 /// What a copy places, and where.
@@ -312,5 +314,5 @@ void tst_FolderCopy::onlyWriteConfigDoesNotLookForTheSource()
     QCOMPARE(sandbox.log(), QStringList("Debug: only write config, do not copy files"));
 }
 
-QTEST_GUILESS_MAIN(tst_FolderCopy)
+DRASK_TEST(tst_FolderCopy)
 #include "tst_foldercopy.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "copysandbox.h"
 #include "ordinaryuser.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -349,5 +350,5 @@ void tst_FolderCopyFailures::tooLongTargetIsARightsProblem()
         QStringList({firstManifest, couldNotCopy(folder + "/a.py", file), rightsProblem(file)}));
 }
 
-QTEST_GUILESS_MAIN(tst_FolderCopyFailures)
+DRASK_TEST(tst_FolderCopyFailures)
 #include "tst_foldercopy_failures.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "copysandbox.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 namespace {
@@ -92,5 +94,5 @@ void tst_FolderCopyFlushing::mayaShelfIsOnTheDiskBeforeTheSubfoldersAreCopied()
         QByteArrayList({sandbox.path("host").toUtf8() + "/prefs/shelves/shelf_DraskGrex.mel\n"}));
 }
 
-QTEST_GUILESS_MAIN(tst_FolderCopyFlushing)
+DRASK_TEST(tst_FolderCopyFlushing)
 #include "tst_foldercopy_flushing.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "copysandbox.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 /// What a copy writes down, and in which order.
@@ -314,5 +316,5 @@ void tst_FolderCopyManifest::finishedCopyClosesTheManifest()
     QCOMPARE(openFilesOf(sandbox), 1);
 }
 
-QTEST_GUILESS_MAIN(tst_FolderCopyManifest)
+DRASK_TEST(tst_FolderCopyManifest)
 #include "tst_foldercopy_manifest.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "copysandbox.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 #ifdef Q_OS_LINUX
@@ -91,5 +93,5 @@ void tst_FolderCopyMoves::existingFileIsRemovedAndCopiedOnce()
 #endif
 }
 
-QTEST_GUILESS_MAIN(tst_FolderCopyMoves)
+DRASK_TEST(tst_FolderCopyMoves)
 #include "tst_foldercopy_moves.moc"

@@ -2,7 +2,8 @@
 #include "hostcatalogue.h"
 
 #include "logcapture.h"
-#include "relocated.h"
+#include "programfolder.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -272,5 +273,5 @@ void tst_HostCatalogue::argumentsAreKeptAndLogged()
     }
 }
 
-DRASK_RELOCATED_TEST_MAIN(tst_HostCatalogue)
+DRASK_TEST_IN_OWN_FOLDER(tst_HostCatalogue)
 #include "tst_hostcatalogue.moc"

@@ -3,7 +3,8 @@
 
 #include "hostsetup.h"
 #include "logcapture.h"
-#include "relocated.h"
+#include "programfolder.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -146,5 +147,5 @@ void tst_HostSteps::houdiniFailureIsPassedOver()
     QCOMPARE(test::treeDifference(programFolder.tree(), {}), QString());
 }
 
-DRASK_RELOCATED_TEST_MAIN(tst_HostSteps)
+DRASK_TEST_IN_OWN_FOLDER(tst_HostSteps)
 #include "tst_hoststeps.moc"

@@ -4,6 +4,7 @@
 #include "hostsetup.h"
 #include "logcapture.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QSettings>
 #include <QtTest>
@@ -148,5 +149,5 @@ void tst_HostStepsAddIns::shippedExtraFilesAreNotTaken()
     QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
 }
 
-QTEST_GUILESS_MAIN(tst_HostStepsAddIns)
+DRASK_TEST(tst_HostStepsAddIns)
 #include "tst_hoststeps_addins.moc"

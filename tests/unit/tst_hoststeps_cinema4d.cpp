@@ -5,6 +5,7 @@
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -157,5 +158,5 @@ void tst_HostStepsCinema4d::writeProtectedFolderIsPassedOver()
     QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
 }
 
-QTEST_GUILESS_MAIN(tst_HostStepsCinema4d)
+DRASK_TEST(tst_HostStepsCinema4d)
 #include "tst_hoststeps_cinema4d.moc"

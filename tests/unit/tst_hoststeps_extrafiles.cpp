@@ -4,6 +4,7 @@
 #include "hostsetup.h"
 #include "logcapture.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -151,5 +152,5 @@ void tst_HostStepsExtraFiles::extraFilesComeFromTheRoot()
     QCOMPARE(test::treeDifference(treeWithoutStores(root), expected), QString());
 }
 
-QTEST_GUILESS_MAIN(tst_HostStepsExtraFiles)
+DRASK_TEST(tst_HostStepsExtraFiles)
 #include "tst_hoststeps_extrafiles.moc"

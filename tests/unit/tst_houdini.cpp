@@ -4,6 +4,7 @@
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QTextCodec>
 #include <QtTest>
@@ -393,5 +394,5 @@ void tst_Houdini::fileThatMayNotBeWrittenStaysGoodWhenItIsUpToDate()
     QCOMPARE(log.lines(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_Houdini)
+DRASK_TEST(tst_Houdini)
 #include "tst_houdini.moc"

@@ -4,6 +4,7 @@
 #include "globals.h"
 #include "logcapture.h"
 #include "passcase.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -298,5 +299,5 @@ void tst_InstallPass::hostFolderWithoutSlashIsPassedOver()
     QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
 }
 
-DRASK_RELOCATED_TEST_MAIN(tst_InstallPass)
+DRASK_TEST_IN_OWN_FOLDER(tst_InstallPass)
 #include "tst_installpass.moc"

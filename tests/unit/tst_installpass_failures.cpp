@@ -4,6 +4,7 @@
 #include "globals.h"
 #include "logcapture.h"
 #include "passcase.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -240,5 +241,5 @@ void tst_InstallPassFailures::unwritableErrorFileChangesNothing()
     QCOMPARE(sandbox.read("modo/plugins/drask/manager.cfg"), plainConfig(folder));
 }
 
-DRASK_RELOCATED_TEST_MAIN(tst_InstallPassFailures)
+DRASK_TEST_IN_OWN_FOLDER(tst_InstallPassFailures)
 #include "tst_installpass_failures.moc"

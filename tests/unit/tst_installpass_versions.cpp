@@ -4,6 +4,7 @@
 #include "globals.h"
 #include "logcapture.h"
 #include "passcase.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -195,5 +196,5 @@ void tst_InstallPassVersions::onlyWriteConfigStillRunsTheHostSteps()
     QVERIFY(sandbox.exists("houdini/houdini.env"));
 }
 
-DRASK_RELOCATED_TEST_MAIN(tst_InstallPassVersions)
+DRASK_TEST_IN_OWN_FOLDER(tst_InstallPassVersions)
 #include "tst_installpass_versions.moc"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "testprogram.h"
 #include "uninstaller/legacyfiles.h"
 
 #include <QStringList>
@@ -57,5 +58,5 @@ void tst_LegacyFiles::flawsAreKept()
     QCOMPARE(entries.removeDuplicates(), 28);
 }
 
-QTEST_GUILESS_MAIN(tst_LegacyFiles)
+DRASK_TEST(tst_LegacyFiles)
 #include "tst_legacyfiles.moc"

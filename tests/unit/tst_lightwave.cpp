@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "installer/lightwave.h"
 
+#include "testprogram.h"
+
 #include <QtTest>
 
 namespace {
@@ -200,5 +202,5 @@ void tst_Lightwave::lettersThatGrowInLowerCaseShiftThePlace()
              dotted + "\r\nMenuEntry 131072 1 _" + defaultLightwaveMenu() + "bc\r\n");
 }
 
-QTEST_GUILESS_MAIN(tst_Lightwave)
+DRASK_TEST(tst_Lightwave)
 #include "tst_lightwave.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "installer/lightwave.h"
 #include "lightwavefolder.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -203,5 +204,5 @@ void tst_LightwaveBackups::textOutsideAsciiIsWrittenAsUtf8()
     QCOMPARE(folder.read("LWEXT.CFG"), line + extension + written + editedMenu);
 }
 
-QTEST_GUILESS_MAIN(tst_LightwaveBackups)
+DRASK_TEST(tst_LightwaveBackups)
 #include "tst_lightwave_backups.moc"

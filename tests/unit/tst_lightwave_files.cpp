@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "lightwavefolder.h"
 #include "ordinaryuser.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -240,5 +241,5 @@ void tst_LightwaveFiles::extensionFileThatMayNotBeWrittenFailsAfterTheMenu()
     QCOMPARE(folder.linesBehindTheFiles(), QStringList(notOpened));
 }
 
-QTEST_GUILESS_MAIN(tst_LightwaveFiles)
+DRASK_TEST(tst_LightwaveFiles)
 #include "tst_lightwave_files.moc"

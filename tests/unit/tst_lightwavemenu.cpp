@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "installer/lightwave.h"
 
+#include "testprogram.h"
+
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -139,5 +141,5 @@ void tst_LightwaveMenu::commandLinesHardlyRecur()
     QVERIFY(count > lineCount / 2);
 }
 
-QTEST_GUILESS_MAIN(tst_LightwaveMenu)
+DRASK_TEST(tst_LightwaveMenu)
 #include "tst_lightwavemenu.moc"

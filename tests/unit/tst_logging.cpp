@@ -3,7 +3,8 @@
 
 #include "logcapture.h"
 #include "ordinaryuser.h"
-#include "relocated.h"
+#include "programfolder.h"
+#include "testprogram.h"
 
 #include <QDebug>
 #include <QLoggingCategory>
@@ -44,9 +45,12 @@ private slots:
 
 namespace {
 
+/// What this program is started by to play a role.
+constexpr char rolesName[] = "roles of tst_logging";
+
 constexpr int linesPerProcess = 200;
 
-/// What this program does when it is started with a role's name.
+/// What this program does when it is started to play a role.
 struct Role {
     const char *name;
     void (*play)();
@@ -70,14 +74,19 @@ const Role *findRole(const char *name)
     return role == std::cend(roles) ? nullptr : role;
 }
 
-int play(const Role &role, int argc, char *argv[])
+/// Started with the name of a role, the program plays it.
+int play(int argc, char *argv[])
 {
+    const Role *role = argc > 1 ? findRole(argv[1]) : nullptr;
+    if (role == nullptr) {
+        return 2;
+    }
     // An abort that a case asks for leaves no core file behind.
     const rlimit noCore = {0, 0};
     setrlimit(RLIMIT_CORE, &noCore);
     const QCoreApplication application(argc, argv);
     qInstallMessageHandler(myMessageOutput);
-    role.play();
+    role->play();
     return 0;
 }
 
@@ -85,7 +94,7 @@ int play(const Role &role, int argc, char *argv[])
 void start(QProcess &process, const QString &name)
 {
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QCoreApplication::applicationFilePath(), {name});
+    process.start(QCoreApplication::applicationFilePath(), {rolesName, name});
 }
 
 void log(QtMsgType type, const QString &message)
@@ -345,16 +354,7 @@ void tst_Logging::twoProcessesMixWholeLines()
     QCOMPARE(lines, expected);
 }
 
-int main(int argc, char *argv[])
-{
-    if (const Role *role = argc > 1 ? findRole(argv[1]) : nullptr) {
-        return play(*role, argc, argv);
-    }
-    return test::runRelocated(argc, argv, [](int count, char *words[]) {
-        const QCoreApplication application(count, words);
-        tst_Logging tests;
-        return QTest::qExec(&tests, count, words);
-    });
-}
+static const test::Registration rolesRegistration(rolesName, play);
+DRASK_TEST_IN_OWN_FOLDER(tst_Logging)
 
 #include "tst_logging.moc"

@@ -2,8 +2,8 @@
 #include "installer/plugininstaller.h"
 #include "logcapture.h"
 #include "ordinaryuser.h"
-#include "relocated.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -351,5 +351,5 @@ void tst_ManagerConfig::unreadableFileIsTakenForMissing()
     QVERIFY(!sandbox.isAged("manager.cfg"));
 }
 
-DRASK_RELOCATED_TEST_MAIN(tst_ManagerConfig)
+DRASK_TEST_IN_OWN_FOLDER(tst_ManagerConfig)
 #include "tst_managerconfig.moc"

@@ -3,7 +3,8 @@
 
 #include "logcapture.h"
 #include "ordinaryuser.h"
-#include "relocated.h"
+#include "programfolder.h"
+#include "testprogram.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -153,5 +154,5 @@ void tst_ManagerSettings::unreadableFileReadsAsEmpty()
     QCOMPARE(log.lines(), QStringList());
 }
 
-DRASK_RELOCATED_TEST_MAIN(tst_ManagerSettings)
+DRASK_TEST_IN_OWN_FOLDER(tst_ManagerSettings)
 #include "tst_managersettings.moc"

@@ -2,6 +2,7 @@
 #include "changingfile.h"
 #include "mayascripts.h"
 #include "ordinaryuser.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -299,5 +300,5 @@ void tst_MayaBlock::scriptThatMayNotBeWrittenFails()
     QCOMPARE(log.lines(), QStringList("Debug: Could not open target file2 \"Permission denied\""));
 }
 
-QTEST_GUILESS_MAIN(tst_MayaBlock)
+DRASK_TEST(tst_MayaBlock)
 #include "tst_maya_block.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "mayascripts.h"
 #include "ordinaryuser.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -395,5 +396,5 @@ void tst_MayaFirstInsertion::linkedScriptStaysALink()
     QCOMPARE(test::treeDifference(maya.tree(), expected), QString());
 }
 
-QTEST_GUILESS_MAIN(tst_MayaFirstInsertion)
+DRASK_TEST(tst_MayaFirstInsertion)
 #include "tst_maya_firstinsertion.moc"

@@ -2,6 +2,7 @@
 #include "changingfile.h"
 #include "mayascripts.h"
 #include "ordinaryuser.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -274,5 +275,5 @@ void tst_MayaPathLine::scriptThatMayNotBeWrittenFails()
     QCOMPARE(log.lines(), QStringList("Debug: Could not open target file \"Permission denied\""));
 }
 
-QTEST_GUILESS_MAIN(tst_MayaPathLine)
+DRASK_TEST(tst_MayaPathLine)
 #include "tst_maya_pathline.moc"

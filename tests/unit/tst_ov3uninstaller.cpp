@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "sandbox.h"
+#include "testprogram.h"
 #include "uninstaller/ov3uninstaller.h"
 
 #include <QDir>
@@ -239,5 +240,5 @@ void tst_Ov3Uninstaller::blenderTakesAFileForAVersion()
              sandbox.path("2.71/scripts/startup/adrask"));
 }
 
-QTEST_GUILESS_MAIN(tst_Ov3Uninstaller)
+DRASK_TEST(tst_Ov3Uninstaller)
 #include "tst_ov3uninstaller.moc"

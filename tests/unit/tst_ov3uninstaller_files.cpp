@@ -2,6 +2,7 @@
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
+#include "testprogram.h"
 #include "uninstaller/legacyfiles.h"
 #include "uninstaller/ov3uninstaller.h"
 
@@ -372,5 +373,5 @@ void tst_Ov3UninstallerFiles::secondRunFindsNothing()
     QCOMPARE(test::treeDifference(maya.tree(), afterFirstRun), QString());
 }
 
-QTEST_GUILESS_MAIN(tst_Ov3UninstallerFiles)
+DRASK_TEST(tst_Ov3UninstallerFiles)
 #include "tst_ov3uninstaller_files.moc"

@@ -3,6 +3,7 @@
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
+#include "testprogram.h"
 #include "uninstaller/ov3uninstaller.h"
 
 #include <QtTest>
@@ -240,5 +241,5 @@ void tst_Ov3UninstallerFolders::lineOfAMillionCharactersIsRead()
              QStringList({hosts.modo, hosts.maya}));
 }
 
-QTEST_GUILESS_MAIN(tst_Ov3UninstallerFolders)
+DRASK_TEST(tst_Ov3UninstallerFolders)
 #include "tst_ov3uninstaller_folders.moc"

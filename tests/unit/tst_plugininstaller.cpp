@@ -2,8 +2,8 @@
 #include "installer/plugininstaller.h"
 #include "logcapture.h"
 #include "ordinaryuser.h"
-#include "relocated.h"
 #include "sandbox.h"
+#include "testprogram.h"
 #include "versionfile.h"
 
 #include <QtTest>
@@ -262,5 +262,5 @@ void tst_PluginInstaller::cpuTypeProgramLiesBesideTheRunningProgram()
     QCOMPARE(cpuTypeOf(installer), QByteArray());
 }
 
-DRASK_RELOCATED_TEST_MAIN(tst_PluginInstaller)
+DRASK_TEST_IN_OWN_FOLDER(tst_PluginInstaller)
 #include "tst_plugininstaller.moc"

@@ -2,6 +2,7 @@
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
+#include "testprogram.h"
 #include "uninstaller/pluginuninstaller.h"
 
 #include <QtTest>
@@ -316,5 +317,5 @@ void tst_PluginUninstaller::foldersInTheFilesPlacesAreIgnored()
              QStringList({begins, noManifest, manifestName, manifestStays, configStays}));
 }
 
-QTEST_GUILESS_MAIN(tst_PluginUninstaller)
+DRASK_TEST(tst_PluginUninstaller)
 #include "tst_pluginuninstaller.moc"

@@ -3,6 +3,7 @@
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -198,5 +199,5 @@ void tst_ScriptEdit::textForAFileThatMayNotBeRead()
     QCOMPARE(sandbox.read("script"), QByteArray("old\nnewer\n"));
 }
 
-QTEST_GUILESS_MAIN(tst_ScriptEdit)
+DRASK_TEST(tst_ScriptEdit)
 #include "tst_scriptedit.moc"

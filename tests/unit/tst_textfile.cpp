@@ -5,6 +5,7 @@
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QBuffer>
 #include <QtTest>
@@ -214,5 +215,5 @@ void tst_TextFile::readingChangesNothing()
     QVERIFY(sandbox.isAged("file.txt"));
 }
 
-QTEST_GUILESS_MAIN(tst_TextFile)
+DRASK_TEST(tst_TextFile)
 #include "tst_textfile.moc"

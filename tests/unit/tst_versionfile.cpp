@@ -4,6 +4,7 @@
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -84,5 +85,5 @@ void tst_VersionFile::unreadableFileReadsAsUnknown()
     QCOMPARE(readVersionTxt(sandbox.path()), -1);
 }
 
-QTEST_GUILESS_MAIN(tst_VersionFile)
+DRASK_TEST(tst_VersionFile)
 #include "tst_versionfile.moc"

@@ -2,6 +2,7 @@
 #include "disk/wholefile.h"
 
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -90,5 +91,5 @@ void tst_WholeFile::fileThatCannotBeOpenedIsRefusedInQtsWords()
     QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
 }
 
-QTEST_GUILESS_MAIN(tst_WholeFile)
+DRASK_TEST(tst_WholeFile)
 #include "tst_wholefile.moc"

@@ -3,6 +3,7 @@
 #include "logcapture.h"
 #include "ordinaryuser.h"
 #include "sandbox.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -340,5 +341,5 @@ void tst_Xsi::targetThatMayNotBeWrittenFails()
              QString("Debug: Could not open target file \"Permission denied\""));
 }
 
-QTEST_GUILESS_MAIN(tst_Xsi)
+DRASK_TEST(tst_Xsi)
 #include "tst_xsi.moc"
