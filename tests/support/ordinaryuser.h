@@ -39,3 +39,10 @@ private:
 };
 
 } // namespace test
+
+/// From here to the end of the block the case acts as an ordinary user; it is skipped where that
+/// cannot be.
+#define BECOME_ORDINARY_USER_OR_SKIP()                                                             \
+    const test::OrdinaryUser ordinaryUser;                                                         \
+    if (!ordinaryUser.isActive())                                                                  \
+    QSKIP("The rights of root cannot be given up here")

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "copysandbox.h"
-
 #include "testprogram.h"
 
 #include <QtTest>
@@ -18,8 +17,8 @@ class tst_FolderCopyMoves : public QObject {
     Q_OBJECT
 
 private slots:
-    void newFileIsCopiedRemovedAndCopiedAgain();
-    void existingFileIsRemovedAndCopiedOnce();
+    void newFileIsCopiedTwiceAndAnotherOnce_data();
+    void newFileIsCopiedTwiceAndAnotherOnce();
 };
 
 #ifdef Q_OS_LINUX
@@ -60,34 +59,29 @@ Moves movesDuringCopy(test::CopySandbox &sandbox, const QByteArray &name)
 } // namespace
 #endif
 
-void tst_FolderCopyMoves::newFileIsCopiedRemovedAndCopiedAgain()
+void tst_FolderCopyMoves::newFileIsCopiedTwiceAndAnotherOnce_data()
 {
-#ifdef Q_OS_LINUX
-    test::CopySandbox sandbox;
-    sandbox.write("plugin/a.py", "a");
-    sandbox.makeFolder("host/drask");
+    QTest::addColumn<bool>("isNew");
+    QTest::addColumn<int>("came");
 
-    const Moves moves = movesDuringCopy(sandbox, "a.py");
-
-    QCOMPARE(moves.came, 2);
-    QCOMPARE(moves.went, 1);
-    QCOMPARE(sandbox.manifest(), QStringList("host/drask/a.py"));
-#else
-    QSKIP("The file system is watched through inotify.");
-#endif
+    QTest::newRow("a new file") << true << 2;
+    QTest::newRow("a file that is there") << false << 1;
 }
 
-void tst_FolderCopyMoves::existingFileIsRemovedAndCopiedOnce()
+void tst_FolderCopyMoves::newFileIsCopiedTwiceAndAnotherOnce()
 {
 #ifdef Q_OS_LINUX
+    QFETCH(bool, isNew);
+    QFETCH(int, came);
     test::CopySandbox sandbox;
     sandbox.write("plugin/a.py", "a");
-    sandbox.write("host/drask/a.py", "old");
+    sandbox.write(isNew ? "host/drask/b.py" : "host/drask/a.py", "old");
 
     const Moves moves = movesDuringCopy(sandbox, "a.py");
 
-    QCOMPARE(moves.came, 1);
+    QCOMPARE(moves.came, came);
     QCOMPARE(moves.went, 1);
+    QCOMPARE(sandbox.manifest(), QStringList("host/drask/a.py"));
 #else
     QSKIP("The file system is watched through inotify.");
 #endif

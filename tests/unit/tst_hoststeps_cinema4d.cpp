@@ -146,10 +146,7 @@ void tst_HostStepsCinema4d::writeProtectedFolderIsPassedOver()
     const test::Tree before = sandbox.tree();
     const test::ReadOnly plugins(sandbox.path("c4d/plugins"));
     const test::ReadOnly drask(sandbox.path("c4d/plugins/drask"));
-    const test::OrdinaryUser user;
-    if (!user.isActive()) {
-        QSKIP("The rights of root cannot be given up here");
-    }
+    BECOME_ORDINARY_USER_OR_SKIP();
     const test::LogCapture log;
 
     removeLegacyCinema4dFiles(cinema4d(sandbox.path("c4d")));

@@ -230,10 +230,7 @@ void tst_LightwaveFiles::extensionFileThatMayNotBeWrittenFailsAfterTheMenu()
     expected["LW.CFG"] = menu + editedMenu;
     const test::ReadOnly lock(folder.path("LWEXT.CFG"));
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
-        }
+        BECOME_ORDINARY_USER_OR_SKIP();
         QCOMPARE(folder.edit(), 3);
     }
 

@@ -34,7 +34,7 @@ private slots:
     void fatalMessageEndsTheProcess();
     void errorsAreWrittenAsTheyStand_data();
     void errorsAreWrittenAsTheyStand();
-    void everyMessageIsKeptWhateverTheRules();
+    void rulesOfTheMachineHoldForOtherCategoriesAlone();
     void unopenableFilesLoseTheirLinesSilently();
     void linesAreWrittenOnceAFolderIsOutOfTheWay();
     void devicesAndPipesLoseTheirLinesSilently_data();
@@ -230,7 +230,7 @@ void tst_Logging::errorsAreWrittenAsTheyStand()
     QCOMPARE(test::treeDifference(folder.tree(), {{"pluginError.txt", message + "\n"}}), QString());
 }
 
-void tst_Logging::everyMessageIsKeptWhateverTheRules()
+void tst_Logging::rulesOfTheMachineHoldForOtherCategoriesAlone()
 {
     const test::LogCapture log;
     QLoggingCategory::setFilterRules("default=false");
@@ -240,9 +240,11 @@ void tst_Logging::everyMessageIsKeptWhateverTheRules()
     // The second call finds the filter of the first in place.
     keepEveryMessage();
     keepEveryMessage();
-    QLoggingCategory::setFilterRules("default=false");
+    const QLoggingCategory other("somebody.else");
+    QLoggingCategory::setFilterRules("default=false\nsomebody.else=false");
     qDebug("kept");
     qWarning("kept too");
+    QVERIFY(!other.isDebugEnabled() && !other.isWarningEnabled());
 
     QLoggingCategory::installFilter(nullptr);
     QLoggingCategory::setFilterRules(QString());
@@ -319,10 +321,7 @@ void tst_Logging::writeProtectedFilesLoseTheirLinesSilently()
     {
         const test::ReadOnly logFile(folder.path("plugin.log"));
         const test::ReadOnly errorFile(folder.path("pluginError.txt"));
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("The rights of root cannot be given up here");
-        }
+        BECOME_ORDINARY_USER_OR_SKIP();
         const test::LogCapture complaints;
 
         log(QtDebugMsg, "lost");

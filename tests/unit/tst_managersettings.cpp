@@ -144,10 +144,7 @@ void tst_ManagerSettings::unreadableFileReadsAsEmpty()
     const test::ProgramFolder folder;
     folder.write("settings.ini", "[UserData]\nusername=Ann\n");
     QVERIFY(QFile::setPermissions(folder.path("settings.ini"), QFileDevice::Permissions()));
-    const test::OrdinaryUser user;
-    if (!user.isActive()) {
-        QSKIP("The rights of root cannot be given up here");
-    }
+    BECOME_ORDINARY_USER_OR_SKIP();
     const test::LogCapture log;
 
     QCOMPARE(ManagerSettings().value("UserData/username"), QVariant());

@@ -24,9 +24,6 @@ class tst_MayaBlock : public QObject {
 private slots:
     void blockIsReplacedFromTheMarkerToTheDeferredCall();
     void everyPlaceHolderOfTheTemplateIsReplaced();
-    void quoteInTheFolderIsEscaped();
-    void templateNeedsNothingButTheShelfCall();
-    void blockIsReplacedWhateverItsPathLineSays();
     void textAroundTheBlockIsKept_data();
     void textAroundTheBlockIsKept();
     void templateTextIsWrittenAsItReads_data();
@@ -34,7 +31,6 @@ private slots:
     void firstMarkerAndFirstDeferredCallBoundTheBlock();
     void deferredCallBeforeTheMarkerRepeatsTheTextBetween();
     void everyRunAddsItsFrame();
-    void updateMakesNoBackup();
     void markerThatIsGoneAtTheSecondReadingFails();
     void deferredCallThatIsGoneAtTheSecondReadingLeadsToThePathLine();
     void textOfTheSecondReadingIsKept();
@@ -71,40 +67,6 @@ void tst_MayaBlock::everyPlaceHolderOfTheTemplateIsReplaced()
     QCOMPARE(maya.read(maya.script),
              "# __scriptpath__\n\r\n" + shelfTemplate + folder + ' ' + folder + ' ' + folder + '\n'
                  + folder + folder + " __SCRIPTPATH__\n\r\n# __scriptpath__");
-}
-
-void tst_MayaBlock::quoteInTheFolderIsEscaped()
-{
-    const test::Sandbox sandbox;
-    sandbox.makeFolder("O'Neil");
-    sandbox.write("template", shelfTemplate + "u'__scriptpath__'");
-    sandbox.write("userSetup.py", oldBlock);
-
-    QCOMPARE(PluginInstaller::copyMayaUserSetup(sandbox.path("template"), sandbox.path("O'Neil")),
-             0);
-    QCOMPARE(sandbox.read("userSetup.py"),
-             "\r\n" + shelfTemplate + "u'" + sandbox.path().toUtf8() + "/O\\'Neil'\r\n");
-}
-
-void tst_MayaBlock::templateNeedsNothingButTheShelfCall()
-{
-    const MayaScripts maya;
-    maya.writeTemplate("# no draskshelf.init() today");
-    maya.write(maya.script, oldBlock);
-
-    QCOMPARE(maya.install(), 0);
-    QCOMPARE(maya.read(maya.script), QByteArray("\r\n# no draskshelf.init() today\r\n"));
-}
-
-void tst_MayaBlock::blockIsReplacedWhateverItsPathLineSays()
-{
-    const MayaScripts maya;
-    maya.writeTemplate(shelfTemplate);
-    maya.write(maya.script,
-               "#drask_installed\n" + pathLine(maya.pluginBytes()) + '\n' + deferredCall);
-
-    QCOMPARE(maya.install(), 0);
-    QCOMPARE(maya.read(maya.script), "\r\n" + shelfTemplate + "\r\n");
 }
 
 void tst_MayaBlock::textAroundTheBlockIsKept_data()
@@ -152,6 +114,8 @@ void tst_MayaBlock::templateTextIsWrittenAsItReads_data()
     QTest::addColumn<QByteArray>("templateText");
     QTest::addColumn<QByteArray>("written");
 
+    QTest::newRow("nothing but the shelf call, in a remark")
+        << QByteArray("# no draskshelf.init() today") << QByteArray("# no draskshelf.init() today");
     QTest::newRow("no line end at the end")
         << QByteArray("draskshelf.init()") << QByteArray("draskshelf.init()");
     QTest::newRow("carriage returns, which fall away")
@@ -212,18 +176,6 @@ void tst_MayaBlock::everyRunAddsItsFrame()
     QCOMPARE(maya.read(maya.script), "a\n\n\r\n" + block + "\r\n\n\nb\n");
     QCOMPARE(maya.install(), 0);
     QCOMPARE(maya.read(maya.script), "a\n\n\n\r\n" + block + "\r\n\n\n\nb\n");
-}
-
-void tst_MayaBlock::updateMakesNoBackup()
-{
-    const MayaScripts maya;
-    maya.writeTemplate(shelfTemplate);
-    maya.write(maya.script, oldBlock);
-    test::Tree expected = maya.tree();
-    expected[maya.script] = "\r\n" + shelfTemplate + "\r\n";
-
-    QCOMPARE(maya.install(), 0);
-    QCOMPARE(test::treeDifference(maya.tree(), expected), QString());
 }
 
 void tst_MayaBlock::markerThatIsGoneAtTheSecondReadingFails()
@@ -289,10 +241,7 @@ void tst_MayaBlock::scriptThatMayNotBeWrittenFails()
     const test::ReadOnly lock(maya.path(maya.script));
     const test::LogCapture log;
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
-        }
+        BECOME_ORDINARY_USER_OR_SKIP();
         QCOMPARE(maya.install(), 1);
     }
 

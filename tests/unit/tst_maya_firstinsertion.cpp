@@ -10,7 +10,6 @@ class tst_MayaFirstInsertion : public QObject {
 
 private slots:
     void missingScriptIsMadeFromTheTemplate();
-    void scriptWithoutMarkerIsKeptAndExtended();
     void secondRunWithTheSameFolderWritesNothing();
     void everySpellingOfThePlaceHolderIsReplaced();
     void placeHoldersAreReplacedOneAfterTheOther();
@@ -18,14 +17,11 @@ private slots:
     void singleQuotesInTheFolderAreEscaped();
     void scriptIsExtendedByteForByte_data();
     void scriptIsExtendedByteForByte();
-    void templateLinesEndInLineFeeds_data();
-    void templateLinesEndInLineFeeds();
     void blockWithoutAnOwnPathLineIsAddedAgain_data();
     void blockWithoutAnOwnPathLineIsAddedAgain();
     void existingBackupIsNeverRefreshed();
     void folderInTheBackupsPlaceCountsAsBackup();
     void backupThatCannotBeMadeIsNoFailure();
-    void emptyTemplateAddsNothing();
     void emptyTemplateMakesNoScript();
     void templateThatCannotBeOpenedFailsAfterTheBackup_data();
     void templateThatCannotBeOpenedFailsAfterTheBackup();
@@ -41,22 +37,6 @@ void tst_MayaFirstInsertion::missingScriptIsMadeFromTheTemplate()
     maya.writeTemplate("#drask_installed\n" + pathLine("__scriptpath__") + "\n");
     test::Tree expected = maya.tree();
     expected[maya.script] = "#drask_installed\n" + pathLine(maya.pluginBytes()) + "\n";
-    const test::LogCapture log;
-
-    QCOMPARE(maya.install(), 0);
-    QCOMPARE(test::treeDifference(maya.tree(), expected), QString());
-    QCOMPARE(log.lines(), QStringList());
-}
-
-void tst_MayaFirstInsertion::scriptWithoutMarkerIsKeptAndExtended()
-{
-    const MayaScripts maya;
-    maya.writeTemplate("#drask_installed\nfolder = '__scriptpath__'\n");
-    maya.write(maya.script, "import maya\n");
-    test::Tree expected = maya.tree();
-    expected[maya.script] = "import maya\n#drask_installed\nfolder = '" + maya.pluginBytes()
-        + "'\n";
-    expected[maya.backup] = "import maya\n";
     const test::LogCapture log;
 
     QCOMPARE(maya.install(), 0);
@@ -155,38 +135,17 @@ void tst_MayaFirstInsertion::scriptIsExtendedByteForByte()
 {
     QFETCH(QByteArray, content);
     const MayaScripts maya;
-    maya.writeTemplate("import drask\n");
+    // The template is read as text, and ends up as UTF-8 with line feeds.
+    maya.writeTemplate("\xef\xbb\xbf# \xc3\xbc\xff\r\na\rb\n\nimport drask");
     maya.write(maya.script, content);
+    test::Tree expected = maya.tree();
+    expected[maya.script] = content + "# \xc3\xbc\xef\xbf\xbd\nab\n\nimport drask\n";
+    expected[maya.backup] = content;
+    const test::LogCapture log;
 
     QCOMPARE(maya.install(), 0);
-    QCOMPARE(maya.read(maya.script), content + "import drask\n");
-    QCOMPARE(maya.read(maya.backup), content);
-}
-
-void tst_MayaFirstInsertion::templateLinesEndInLineFeeds_data()
-{
-    QTest::addColumn<QByteArray>("lines");
-    QTest::addColumn<QByteArray>("added");
-
-    QTest::newRow("carriage returns") << QByteArray("a\r\nb\r\n") << QByteArray("a\nb\n");
-    QTest::newRow("a carriage return inside a line") << QByteArray("a\rb\n") << QByteArray("ab\n");
-    QTest::newRow("a last line without its end") << QByteArray("a\nb") << QByteArray("a\nb\n");
-    QTest::newRow("only a line end") << QByteArray("\n") << QByteArray("\n");
-    QTest::newRow("a byte-order mark") << QByteArray("\xef\xbb\xbf-\n") << QByteArray("-\n");
-    QTest::newRow("letters outside ASCII")
-        << QByteArray("# gr\xc3\xbc\xc3\x9f\n") << QByteArray("# gr\xc3\xbc\xc3\x9f\n");
-    QTest::newRow("a byte that is no UTF-8")
-        << QByteArray("# \xff!\n") << QByteArray("# \xef\xbf\xbd!\n");
-}
-
-void tst_MayaFirstInsertion::templateLinesEndInLineFeeds()
-{
-    QFETCH(QByteArray, lines);
-    const MayaScripts maya;
-    maya.writeTemplate(lines);
-
-    QCOMPARE(maya.install(), 0);
-    QTEST(maya.read(maya.script), "added");
+    QCOMPARE(test::treeDifference(maya.tree(), expected), QString());
+    QCOMPARE(log.lines(), QStringList());
 }
 
 void tst_MayaFirstInsertion::blockWithoutAnOwnPathLineIsAddedAgain_data()
@@ -264,30 +223,11 @@ void tst_MayaFirstInsertion::backupThatCannotBeMadeIsNoFailure()
     const test::ReadOnly lock(maya.plugin());
     const test::LogCapture log;
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
-        }
+        BECOME_ORDINARY_USER_OR_SKIP();
         QCOMPARE(maya.install(), 0);
     }
 
     QCOMPARE(test::treeDifference(maya.tree(), expected), QString());
-    QCOMPARE(log.lines(), QStringList());
-}
-
-void tst_MayaFirstInsertion::emptyTemplateAddsNothing()
-{
-    const MayaScripts maya;
-    maya.writeTemplate("");
-    maya.write(maya.script, "old");
-    maya.age(maya.script);
-    test::Tree expected = maya.tree();
-    expected[maya.backup] = "old";
-    const test::LogCapture log;
-
-    QCOMPARE(maya.install(), 0);
-    QCOMPARE(test::treeDifference(maya.tree(), expected), QString());
-    QVERIFY(maya.isAged(maya.script));
     QCOMPARE(log.lines(), QStringList());
 }
 
@@ -369,10 +309,7 @@ void tst_MayaFirstInsertion::scriptThatMayNotBeReadIsExtendedWithoutBackup()
     const test::LogCapture log;
     int result = -1;
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
-        }
+        BECOME_ORDINARY_USER_OR_SKIP();
         result = maya.install();
     }
     QFile::setPermissions(maya.path(maya.script), QFile::ReadOwner | QFile::WriteOwner);

@@ -349,10 +349,7 @@ void tst_Ov3UninstallerFiles::fileThatCannotBeDeletedStopsNothing()
     const test::Tree rest = maya.treeWithout({"open/manager.cfg", "grex.js"});
     const test::ReadOnly lock(maya.path(maya.plugin + "/locked"));
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
-        }
+        BECOME_ORDINARY_USER_OR_SKIP();
         QCOMPARE(maya.deleteAll(), 0);
     }
 

@@ -210,10 +210,7 @@ void tst_Ov3UninstallerFolders::listThatMayNotBeReadLeadsNowhere()
     const Hosts hosts;
     QCOMPARE(hosts.foldersOf("path=~/modo/modo.app\n"), QStringList(hosts.modo));
     QFile::setPermissions(hosts.path("list"), QFile::WriteOwner);
-    const test::OrdinaryUser user;
-    if (!user.isActive()) {
-        QSKIP("the rights of root could not be given up");
-    }
+    BECOME_ORDINARY_USER_OR_SKIP();
 
     QCOMPARE(Ov3Uninstaller::findPluginFolders(hosts.path("list")), QStringList());
 }

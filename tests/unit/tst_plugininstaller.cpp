@@ -150,10 +150,7 @@ void tst_PluginInstaller::versionFileThatMayNotBeWrittenFails()
     sandbox.write("version.txt", "12");
     const test::ReadOnly readOnly(sandbox.path("version.txt"));
     const test::LogCapture log;
-    const test::OrdinaryUser user;
-    if (!user.isActive()) {
-        QSKIP("Only an ordinary user is stopped by permissions.");
-    }
+    BECOME_ORDINARY_USER_OR_SKIP();
 
     QCOMPARE(PluginInstaller::writeVersionFile(sandbox.path(), "17"), 3);
 

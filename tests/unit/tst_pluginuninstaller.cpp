@@ -229,10 +229,7 @@ void tst_PluginUninstaller::readOnlyFileInAWritableFolderIsDeleted()
     QVERIFY(QFile::setPermissions(sandbox.path("drask/a.py"), QFile::ReadOwner));
     writeManifest(sandbox, {sandbox.path("drask/a.py")});
     test::giveToOrdinaryUser(sandbox.path("drask"));
-    const test::OrdinaryUser user;
-    if (!user.isActive()) {
-        QSKIP("Only an ordinary user is stopped by permissions.");
-    }
+    BECOME_ORDINARY_USER_OR_SKIP();
 
     QCOMPARE(uninstall(sandbox), 0);
 
@@ -261,10 +258,7 @@ void tst_PluginUninstaller::fileInAReadOnlyFolderFailsAndTheRestIsDeleted()
     writeManifest(sandbox, {sandbox.path("locked/a.py"), sandbox.path("drask/b.py")});
     test::giveToOrdinaryUser(sandbox.path("drask"));
     const test::ReadOnly readOnly(sandbox.path("locked"));
-    const test::OrdinaryUser user;
-    if (!user.isActive()) {
-        QSKIP("Only an ordinary user is stopped by permissions.");
-    }
+    BECOME_ORDINARY_USER_OR_SKIP();
 
     QCOMPARE(uninstall(sandbox), 2);
 
@@ -278,10 +272,7 @@ void tst_PluginUninstaller::unreadableManifestDeletesNothingListed()
     writeManifest(sandbox, {sandbox.path("drask/a.py")});
     QVERIFY(QFile::setPermissions(sandbox.path("drask/uninstall.ini"), QFile::WriteOwner));
     test::giveToOrdinaryUser(sandbox.path("drask"));
-    const test::OrdinaryUser user;
-    if (!user.isActive()) {
-        QSKIP("Only an ordinary user is stopped by permissions.");
-    }
+    BECOME_ORDINARY_USER_OR_SKIP();
     const test::LogCapture log;
 
     QCOMPARE(uninstall(sandbox), 0);

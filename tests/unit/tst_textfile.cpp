@@ -191,10 +191,7 @@ void tst_TextFile::unreadableFileHasNoText()
     const test::Sandbox sandbox;
     sandbox.write("file.txt", "a\n");
     QVERIFY(QFile::setPermissions(sandbox.path("file.txt"), QFileDevice::Permissions()));
-    const test::OrdinaryUser user;
-    if (!user.isActive()) {
-        QSKIP("The rights of root cannot be given up here");
-    }
+    BECOME_ORDINARY_USER_OR_SKIP();
     const test::LogCapture log;
 
     QCOMPARE(readText(sandbox.path("file.txt")), QString());

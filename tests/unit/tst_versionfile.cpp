@@ -77,10 +77,7 @@ void tst_VersionFile::unreadableFileReadsAsUnknown()
     const test::Sandbox sandbox;
     sandbox.write("version.txt", "12");
     QVERIFY(QFile::setPermissions(sandbox.path("version.txt"), QFileDevice::Permissions()));
-    const test::OrdinaryUser user;
-    if (!user.isActive()) {
-        QSKIP("The rights of root cannot be given up here");
-    }
+    BECOME_ORDINARY_USER_OR_SKIP();
 
     QCOMPARE(readVersionTxt(sandbox.path()), -1);
 }
