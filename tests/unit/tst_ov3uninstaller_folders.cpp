@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "localecodec.h"
 #include "logcapture.h"
-#include "ordinaryuser.h"
 #include "sandbox.h"
 #include "testprogram.h"
 #include "uninstaller/ov3uninstaller.h"
@@ -51,7 +50,6 @@ private slots:
     void highestBlenderVersionDecidesEvenWithoutAPlugin();
     void listThatCannotBeOpenedLeadsNowhere_data();
     void listThatCannotBeOpenedLeadsNowhere();
-    void listThatMayNotBeReadLeadsNowhere();
     void noiseInTheListIsPassedOver();
     void lineOfAMillionCharactersIsRead();
 };
@@ -203,16 +201,6 @@ void tst_Ov3UninstallerFolders::listThatCannotBeOpenedLeadsNowhere()
     QCOMPARE(Ov3Uninstaller::deleteOldPlugins(hosts.path(name)), 0);
     QCOMPARE(test::treeDifference(hosts.tree(), before), QString());
     QCOMPARE(log.lines(), QStringList());
-}
-
-void tst_Ov3UninstallerFolders::listThatMayNotBeReadLeadsNowhere()
-{
-    const Hosts hosts;
-    QCOMPARE(hosts.foldersOf("path=~/modo/modo.app\n"), QStringList(hosts.modo));
-    QFile::setPermissions(hosts.path("list"), QFile::WriteOwner);
-    BECOME_ORDINARY_USER_OR_SKIP();
-
-    QCOMPARE(Ov3Uninstaller::findPluginFolders(hosts.path("list")), QStringList());
 }
 
 void tst_Ov3UninstallerFolders::noiseInTheListIsPassedOver()
