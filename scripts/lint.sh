@@ -82,6 +82,7 @@ prepare_build
 check "clang-format" format_all
 check "licence lines" check_licences
 check "shellcheck" shell_all
+check "oddities" scripts/deliberate.sh
 check "yamllint" yaml_all
 check "cppcheck" cppcheck_sources
 if command -v clazy-standalone >/dev/null; then

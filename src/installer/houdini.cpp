@@ -40,8 +40,7 @@ ScriptEdit houdiniEdit(const QString &environment, const QString &folder)
     const QString newLine = "HOUDINI_PATH = \""_l1 + folder + ";$HOUDINI_PATH\""_l1;
     const EarlierAddition earlier = earlierAddition(environment);
     if (!earlier.assignment.isEmpty()) {
-        // Deliberate: lines behind the assignment go with an update; the plug-in in the field
-        // expects its assignment to be the last.
+        // Deliberate (houdini-drops-the-rest): lines after the assignment go with an update.
         return lineUpdate(earlier.text, earlier.assignment, newLine);
     }
     return {ScriptEdit::Kind::Append,

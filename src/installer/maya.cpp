@@ -86,8 +86,7 @@ int addToUserSetup(const QString &target, const QString &backup, const QString &
         qDebug() << "1635 error " << templateFile;
         return Result::scriptNotInstalled;
     }
-    // Deliberate: nothing is written in front of the block, not even a missing line end; Maya
-    // artists' scripts end with one.
+    // Deliberate (maya-nothing-before-block): not even a missing line end is written in front.
     const QString addition = mayaAddition(templateText, pluginFolder);
     return addition.isEmpty() ? 0 : extendScript(target, addition);
 }
@@ -123,7 +122,7 @@ MayaUpdate mayaUpdate(const QString &script, const QString &scriptNow, const QSt
 int PluginInstaller::copyMayaUserSetup(const QString &templateFile, const QString &pluginFolder)
 {
     const QString target = pluginFolder + "/../userSetup.py"_l1;
-    // Deliberate: the backup lies in the plug-in folder, not beside the script.
+    // Deliberate (maya-backup-place): the backup lies in the plug-in folder, not beside the script.
     const QString backup = pluginFolder + "/userSetup.py.draskbackup"_l1;
 
     const QString script = readText(target);

@@ -21,7 +21,7 @@ struct XsiScript {
 };
 
 // clang-format off
-// Deliberate: three wordings of one failure; support tells by them which script is missing.
+// Deliberate (xsi-three-wordings): they stand for one failure.
 constexpr XsiScript xsiScripts[] = {
 //   file                 place-holder          replacement                          paths  when opened             when not opened               reason
     {"/grex.js"_l1,       "__plugindir__"_l1,   "%1/"_l1,                            true,  "modify grex.js",       "Could not open source file", false},

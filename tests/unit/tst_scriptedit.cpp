@@ -184,10 +184,7 @@ void tst_ScriptEdit::textForAFileThatMayNotBeRead()
     int needsReading = -1;
     int needsNone = -1;
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
-        }
+        BECOME_ORDINARY_USER_OR_SKIP();
         needsReading = extendReadableScript(sandbox.path("script"), "new\n");
         needsNone = extendScript(sandbox.path("script"), "newer\n");
     }
