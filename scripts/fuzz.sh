@@ -3,7 +3,7 @@
 # scripts/fuzz.sh SECONDS [TARGET…]
 #
 # Builds the fuzzers in build/fuzz and runs each target (maya or fuzz_maya; all of them without a
-# name) for that long, as many at a time as there are processors. Prints a line a target. Ends with
+# name) for that long, as many at a time as there are processors. Prints a line for each target. Ends with
 # 1 when one found something; what it found is in build/fuzz/findings.
 set -u
 # shellcheck source=prepare.sh
