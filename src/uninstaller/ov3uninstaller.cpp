@@ -1,45 +1,58 @@
 // SPDX-License-Identifier: MIT
 #include "uninstaller/ov3uninstaller.h"
 
+#include "disk/folderlisting.h"
 #include "literals.h"
 #include "textfile.h"
 #include "uninstaller/legacyfiles.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
 #include <QTextStream>
 
+#include <algorithm>
+
 namespace {
 
+/// The rows of the table below.
+enum class Host { Cinema4d, Max, Maya, Xsi, LightWave, Modo, Blender };
+
 struct LegacyHost {
-    bool (*recognises)(const QString &path);
-    QString (*pluginFolder)(const QString &path);
+    QLatin1String word;      ///< what a path of the host mentions, in small letters
+    QLatin1String otherWord; ///< or this, if there is one
+    QLatin1String folder;    ///< of the old plug-in, beside the program; Blender's is looked for
 };
 
 // clang-format off
 /// The first row that recognises a path decides: a "c4d" folder below "maya" is Cinema 4D.
+/// Deliberate (legacy-xsi-folder): it is the folder of all plug-ins.
 constexpr LegacyHost legacyHosts[] = {
-    {Ov3Uninstaller::isC4DPath,     Ov3Uninstaller::getC4DPath},
-    {Ov3Uninstaller::isMaxPath,     Ov3Uninstaller::getMaxPath},
-    {Ov3Uninstaller::isMayaPath,    Ov3Uninstaller::getMayaPath},
-    {Ov3Uninstaller::isXsiPath,     Ov3Uninstaller::getXsiPath},
-    {Ov3Uninstaller::isLwvPath,     Ov3Uninstaller::getLwvPath},
-    {Ov3Uninstaller::isModoPath,    Ov3Uninstaller::getModoPath},
-    {Ov3Uninstaller::isBlenderPath, Ov3Uninstaller::getBlenderPath},
+    {"cinema"_l1,   "c4d"_l1,    "/Plugins/Drask"_l1},
+    {"3ds"_l1,      {},          "/scripts/startup/drask"_l1},
+    {"maya"_l1,     {},          "/scripts/Drask"_l1},
+    {"xsi"_l1,      {},          "/Plugins"_l1},
+    {"lightwav"_l1, "layout"_l1, "/Plugins/Drask"_l1},
+    {"modo"_l1,     {},          "/drask"_l1},
+    {"blender"_l1,  {},          {}},
 };
 // clang-format on
 
 constexpr int newestBlenderMinor = 99;
 constexpr int oldestBlenderMinor = 58;
 
-bool mentions(const QString &path, QLatin1String word)
+const LegacyHost &row(Host host)
+{
+    return legacyHosts[static_cast<std::size_t>(host)];
+}
+
+bool recognises(const LegacyHost &host, const QString &path)
 {
     // Lower-cased, not case-insensitive: folding would take more letters for the same.
     const QString lower = path.toLower();
-    return lower.contains(word);
+    return lower.contains(host.word)
+        || (!host.otherWord.isEmpty() && lower.contains(host.otherWord));
 }
 
 QString besideProgram(const QString &path, QLatin1String folder)
@@ -47,23 +60,24 @@ QString besideProgram(const QString &path, QLatin1String folder)
     return QFileInfo(path).absolutePath() + folder;
 }
 
-/// The legacy names as views, so that a name within a path can be looked up where it stands.
-QSet<QStringView> legacyNames()
+QSet<QByteArray> legacyNames()
 {
-    static const QString list = legacyFileList;
-    QSet<QStringView> names;
-    for (int begin = 0; begin <= list.size();) {
-        const int comma = list.indexOf(QLatin1Char(','), begin);
-        const int end = comma < 0 ? list.size() : comma;
-        names.insert(QStringView(list).mid(begin, end - begin));
-        begin = end + 1;
-    }
-    return names;
+    const QByteArrayList names = QByteArray(legacyFileList.data(), legacyFileList.size())
+                                     .split(',');
+    return {names.cbegin(), names.cend()};
 }
 
-QStringView fileName(const QString &path)
+/// Adds to \a files what of the legacy files lies in \a folder and in the folders below.
+void findLegacyFiles(const QByteArray &folder, QList<QString> &files)
 {
-    return QStringView(path).mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+    static const QSet<QByteArray> names = legacyNames();
+    visitEntries(folder, [&](const QByteArray &name, EntryKind kind) {
+        if (kind == EntryKind::Folder) {
+            findLegacyFiles(folder + '/' + name, files);
+        } else if (kind != EntryKind::LinkedFolder && names.contains(name)) {
+            files.append(QFile::decodeName(folder + '/' + name));
+        }
+    });
 }
 
 } // namespace
@@ -80,7 +94,7 @@ int Ov3Uninstaller::deleteOldPlugins(QString listFile) // clazy:exclude=function
             static_cast<void>(QFile::remove(file));
         }
     }
-    // Deliberate: what could not be deleted is no failure; the manager asks for no action here.
+    // Deliberate (legacy-result): what could not be deleted is no failure.
     return 0;
 }
 
@@ -108,92 +122,85 @@ QList<QString> Ov3Uninstaller::findPluginFolders(const QString &listFile)
 
 QList<QString> Ov3Uninstaller::findPluginFiles(const QString &folder)
 {
-    static const QSet<QStringView> names = legacyNames();
     QList<QString> files;
-    QDirIterator entries(QDir(folder), QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QString path = entries.next();
-        if (names.contains(fileName(path)) && !entries.fileInfo().isDir()) {
-            files.append(path);
-        }
-    }
+    findLegacyFiles(QFile::encodeName(QDir(folder).path()), files);
     return files;
 }
 
 QString Ov3Uninstaller::getProgramPluginFolder(const QString &path)
 {
-    for (const LegacyHost &host : legacyHosts) {
-        if (host.recognises(path)) {
-            return host.pluginFolder(path);
-        }
+    const auto *const host = std::find_if(
+        std::begin(legacyHosts), std::end(legacyHosts),
+        [&](const LegacyHost &candidate) { return recognises(candidate, path); });
+    if (host == std::end(legacyHosts)) {
+        return {};
     }
-    return {};
+    return host == &row(Host::Blender) ? getBlenderPath(path) : besideProgram(path, host->folder);
 }
 
 bool Ov3Uninstaller::isC4DPath(const QString &path)
 {
-    return mentions(path, "cinema"_l1) || mentions(path, "c4d"_l1);
+    return recognises(row(Host::Cinema4d), path);
 }
 
 bool Ov3Uninstaller::isMaxPath(const QString &path)
 {
-    return mentions(path, "3ds"_l1);
+    return recognises(row(Host::Max), path);
 }
 
 bool Ov3Uninstaller::isMayaPath(const QString &path)
 {
-    return mentions(path, "maya"_l1);
+    return recognises(row(Host::Maya), path);
 }
 
 bool Ov3Uninstaller::isXsiPath(const QString &path)
 {
-    return mentions(path, "xsi"_l1);
+    return recognises(row(Host::Xsi), path);
 }
 
 bool Ov3Uninstaller::isLwvPath(const QString &path)
 {
-    return mentions(path, "lightwav"_l1) || mentions(path, "layout"_l1);
+    return recognises(row(Host::LightWave), path);
 }
 
 bool Ov3Uninstaller::isModoPath(const QString &path)
 {
-    return mentions(path, "modo"_l1);
+    return recognises(row(Host::Modo), path);
 }
 
 bool Ov3Uninstaller::isBlenderPath(const QString &path)
 {
-    return mentions(path, "blender"_l1);
+    return recognises(row(Host::Blender), path);
 }
 
 QString Ov3Uninstaller::getC4DPath(const QString &path)
 {
-    return besideProgram(path, "/Plugins/Drask"_l1);
+    return besideProgram(path, row(Host::Cinema4d).folder);
 }
 
 QString Ov3Uninstaller::getMaxPath(const QString &path)
 {
-    return besideProgram(path, "/scripts/startup/drask"_l1);
+    return besideProgram(path, row(Host::Max).folder);
 }
 
 QString Ov3Uninstaller::getMayaPath(const QString &path)
 {
-    return besideProgram(path, "/scripts/Drask"_l1);
+    return besideProgram(path, row(Host::Maya).folder);
 }
 
 QString Ov3Uninstaller::getXsiPath(const QString &path)
 {
-    // Deliberate: the whole folder; the old XSI plug-in lay among those of others.
-    return besideProgram(path, "/Plugins"_l1);
+    return besideProgram(path, row(Host::Xsi).folder);
 }
 
 QString Ov3Uninstaller::getLwvPath(const QString &path)
 {
-    return besideProgram(path, "/Plugins/Drask"_l1);
+    return besideProgram(path, row(Host::LightWave).folder);
 }
 
 QString Ov3Uninstaller::getModoPath(const QString &path)
 {
-    return besideProgram(path, "/drask"_l1);
+    return besideProgram(path, row(Host::Modo).folder);
 }
 
 QString Ov3Uninstaller::getBlenderPath(const QString &path)
