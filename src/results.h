@@ -9,7 +9,7 @@ namespace Result {
 /// All done, or nothing was to be done.
 inline constexpr int success = 0;
 
-/// The copy of a plug-in: the manifest, or a file from before, could not be replaced.
+/// The copy of a plug-in: the manifest could not be written, or a file from before not replaced.
 inline constexpr int notReplaced = 1;
 /// An edit of a start-up file or script: a file could not be opened, read or written, or the
 /// place of an earlier addition was not found.

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "disk/filecopy.h"
+#include "disk/folderlisting.h"
 #include "installer/plugininstaller.h"
-
 #include "literals.h"
 #include "results.h"
-#include "textfile.h"
 
 #include <QDebug>
 #include <QDir>
-#include <QDirIterator>
 
 namespace {
 
@@ -17,78 +16,96 @@ bool isFolder(const QString &path)
     return !path.isEmpty() && QDir(path).exists();
 }
 
-bool isReadWritable(const QString &path)
+/// Adds a line to \a manifest, at once: a manager may watch it grow, and a removal after a crash
+/// needs it. What could not be written goes out with the next line.
+int list(const QString &file, QFile &manifest)
 {
-    return QFile(path).open(QIODevice::ReadWrite);
+    const QByteArray line = file.toUtf8() + '\n';
+    if (manifest.write(line) == line.size() && manifest.flush()) {
+        return Result::success;
+    }
+    qDebug() << "Could not list file" << file;
+    return Result::notReplaced;
 }
 
 /// Puts a fresh copy of the file \a source at \a target and says in \a manifest that it did.
-int copyFile(const QString &source, const QString &target, QTextStream &manifest)
+int placeFile(const QString &source, const QString &target, QFile &manifest, PlacedFiles &placed)
 {
-    // Deliberate: a first copy, only to be removed, proves that the folder lets files be replaced.
-    static_cast<void>(QFile::copy(source, target));
+    FileCopier copier(source);
+    // Deliberate (file-copied-twice): where there is a file already, the first copy does nothing.
+    const bool isThere = QFile::exists(target) || copier.copyTo(target);
     int result = Result::success;
-    if (QFile::exists(target) && !QFile::remove(target)) {
+    if (isThere && !QFile::remove(target)) {
         qDebug() << "Could not remove file" << target;
         result = Result::notReplaced;
-    } else if (!QFile::copy(source, target)) {
-        // Deliberate: the result stays as it is; the rights check below decides.
+    } else if (!copier.copyTo(target)) {
+        // Deliberate (failed-copy-is-no-failure): the rights check below decides.
         qDebug() << "Could not copy file " << source << " to " << target;
     } else if (!target.contains("drask_uninstall"_l1)) {
-        manifest << target << Qt::endl;
+        result = list(target, manifest);
     }
-    if (!isReadWritable(target)) {
+    if (!placed.open(target)) {
         qDebug() << "exist check failed - rights problem" << target;
         result = Result::rightsProblem;
     }
     return result;
 }
 
-/// The shelf that the Maya plug-in makes for itself, listed so that an uninstall takes it along.
-/// Deliberate: once for every folder of the plug-in; uninstallers skip what is gone.
-void listMayaShelf(const QString &src, const QString &dst, QTextStream &manifest)
+/// Lists the shelf that the Maya plug-in makes for itself, so that an uninstall takes it along.
+/// Deliberate (shelf-for-every-folder): uninstallers skip what is gone.
+int listMayaShelf(const QString &src, const QString &dst, QFile &manifest)
 {
-    if (src.contains("plugins/maya"_l1)) {
-        manifest << dst.left(dst.lastIndexOf("/scripts"_l1)) << "/prefs/shelves/shelf_DraskGrex.mel"
-                 << Qt::endl;
+    if (!src.contains("plugins/maya"_l1)) {
+        return Result::success;
     }
+    return list(dst.left(dst.lastIndexOf("/scripts"_l1)) + "/prefs/shelves/shelf_DraskGrex.mel"_l1,
+                manifest);
 }
 
-/// The names of the plain files of \a folder, unsorted, each ended by "/". They are one text, since
-/// a list of so many objects would make memory grow with the plug-in.
-QString listFiles(const QString &folder)
+/// The names of the files, or of the folders, in the folder \a path, each after a "/". They are one
+/// text, since a list of so many objects would make memory grow with the plug-in.
+QByteArray namesIn(const QString &path, EntryKind wanted)
 {
-    QString names;
-    QDirIterator files(folder, QDir::Files);
-    while (files.hasNext()) {
-        files.next();
-        names += files.fileName() + QLatin1Char('/');
-    }
+    QByteArray names;
+    visitEntries(QFile::encodeName(path), [&](const QByteArray &name, EntryKind kind) {
+        if (kind == EntryKind::LinkedFolder) {
+            kind = EntryKind::Folder;
+        }
+        // A link to a device is both to Qt: it is copied, and then a folder that is not there.
+        if (kind == wanted || kind == EntryKind::LinkedDevice) {
+            names += '/' + name;
+        }
+    });
     return names;
 }
 
-/// Copies the files \a names. Returns what the last one that failed met.
-int copyFiles(const QString &names, const QString &src, const QString &dst, QTextStream &manifest)
+/// Calls \a act with each of the \a names, the "/" included, until that returns false.
+template<typename Act> void forEachName(const QByteArray &names, Act act)
 {
-    int result = Result::success;
-    for (int begin = 0; begin < names.size();) {
-        const int end = names.indexOf(QLatin1Char('/'), begin);
-        const QString name = QLatin1Char('/') + names.mid(begin, end - begin);
-        const int fileResult = copyFile(src + name, dst + name, manifest);
-        if (fileResult != Result::success) {
-            result = fileResult;
+    for (auto begin = 0 * names.size(); begin < names.size();) {
+        const auto next = names.indexOf('/', begin + 1);
+        const auto end = next < 0 ? names.size() : next;
+        if (!act(QFile::decodeName(names.mid(begin, end - begin)))) {
+            return;
         }
-        begin = end + 1;
+        begin = end;
     }
-    return result;
+}
+
+/// A copy of which only later showed that the disk cannot hold it.
+void logLostCopies(PlacedFiles &placed)
+{
+    const QStringList lost = placed.bringToDisk();
+    for (const QString &file : lost) {
+        qDebug() << "Could not write file to the disk" << file;
+    }
 }
 
 } // namespace
 
 bool PluginInstaller::openManifest(const QString &dst)
 {
-    // Deliberate: the name logged is still that of the manifest before; support follows the hosts
-    // by it.
+    // Deliberate (log-names-manifest-before): the new name is set below.
     qDebug() << "open file: " << uninstallFile.fileName();
     uninstallFile.setFileName(dst + "/uninstall.ini"_l1);
     if (!uninstallFile.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
@@ -98,17 +115,14 @@ bool PluginInstaller::openManifest(const QString &dst)
     return true;
 }
 
-int PluginInstaller::copySubFolders(const QString &src, const QString &dst,
-                                    const QStringList &names)
+bool PluginInstaller::closeManifest()
 {
-    for (const QString &name : names) {
-        const QString subFolder = QLatin1Char('/') + name;
-        const int result = copyFolder(src + subFolder, dst + subFolder, true);
-        if (result > 0) {
-            return result;
-        }
+    const bool isWritten = bringToDisk(uninstallFile);
+    if (!isWritten) {
+        qDebug() << "Could not write manifest to the disk" << uninstallFile.fileName();
     }
-    return Result::success;
+    uninstallFile.close();
+    return isWritten;
 }
 
 int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nested)
@@ -117,6 +131,15 @@ int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nes
         qDebug() << "only write config, do not copy files";
         return Result::success;
     }
+    PlacedFiles placed;
+    const int result = copyTree(src, dst, nested ? Level::Nested : Level::Top, placed);
+    logLostCopies(placed);
+    return result;
+}
+
+int PluginInstaller::copyTree(const QString &src, const QString &dst, Level level,
+                              PlacedFiles &placed)
+{
     if (!isFolder(src)) {
         return Result::sourceMissing;
     }
@@ -124,27 +147,53 @@ int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nes
         static_cast<void>(QDir().mkpath(dst));
     }
     // Listed before anything is written: the two folders may be one and the same.
-    const QString files = listFiles(src);
-    if (!nested && !openManifest(dst)) {
+    const QByteArray files = namesIn(src, EntryKind::File);
+    if (level == Level::Top && !openManifest(dst)) {
         return Result::notReplaced;
     }
-    // Every line end flushes, so that the lines of the subfolders come behind those of this folder.
-    Utf8Stream manifest(&uninstallFile);
-    int result = copyFiles(files, src, dst, manifest);
-    listMayaShelf(src, dst, manifest);
-
-    const QStringList subFolders = QDir(src).entryList(QDir::Dirs | QDir::NoDotAndDotDot,
-                                                       QDir::Unsorted);
+    int result = copyFiles(files, src, dst, placed);
+    const QByteArray subFolders = namesIn(src, EntryKind::Folder);
     if (!subFolders.isEmpty()) {
-        // Deliberate: a folder with subfolders forgets what its own files met.
-        result = copySubFolders(src, dst, subFolders);
-        if (result > 0) {
-            // Deliberate: the manifest stays open; the next host's copy closes it.
+        // Deliberate (folder-forgets-its-failures): only the subfolders count.
+        result = copySubFolders(subFolders, src, dst, placed);
+        if (result > Result::success) {
+            // Deliberate (open-manifest): the next host's copy closes it.
             return result;
         }
     }
-    if (!nested) {
-        uninstallFile.close();
+    if (level == Level::Top) {
+        logLostCopies(placed);
+        if (!closeManifest() && result == Result::success) {
+            result = Result::notReplaced;
+        }
     }
+    return result;
+}
+
+int PluginInstaller::copyFiles(const QByteArray &names, const QString &src, const QString &dst,
+                               PlacedFiles &placed)
+{
+    int result = Result::success;
+    const auto note = [&](int fileResult) {
+        if (fileResult != Result::success) {
+            result = fileResult;
+        }
+        return true;
+    };
+    forEachName(names, [&](const QString &name) {
+        return note(placeFile(src + name, dst + name, uninstallFile, placed));
+    });
+    note(listMayaShelf(src, dst, uninstallFile));
+    return result;
+}
+
+int PluginInstaller::copySubFolders(const QByteArray &names, const QString &src, const QString &dst,
+                                    PlacedFiles &placed)
+{
+    int result = Result::success;
+    forEachName(names, [&](const QString &name) {
+        result = copyTree(src + name, dst + name, Level::Nested, placed);
+        return result <= Result::success;
+    });
     return result;
 }

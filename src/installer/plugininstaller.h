@@ -9,6 +9,8 @@
 /// \file
 /// The installation of one plug-in into one host.
 
+class PlacedFiles;
+
 /// Installs plug-ins into host folders and edits the start-up files of hosts. One object serves a
 /// whole run; it holds what its writers share.
 ///
@@ -42,13 +44,14 @@ public:
     ///
     /// Returns
     /// - 0: done, or nothing to do because only configuration is written;
-    /// - 1: the manifest could not be opened, and nothing was copied; or an old file could not be
-    ///   removed from a folder without subfolders;
+    /// - 1: the manifest could not be opened, and nothing was copied; or it could not be written to
+    ///   its end; or an old file could not be removed from a folder without subfolders;
     /// - 2: a placed file in a folder without subfolders cannot be opened for reading and writing;
     /// - 4: \a src, or one of its folders, does not exist; nothing is logged.
     ///
-    /// Hidden files and folders are not copied; links are followed. Logs each file that could not
-    /// be removed, copied or opened, and the name that the manifest had before.
+    /// Hidden files and folders are not copied; links are followed. All files have reached the disk
+    /// when this returns. Logs each file that could not be removed, copied, opened, listed or
+    /// brought to the disk, and the name that the manifest had before.
     int copyFolder(const QString &src, const QString &dst, bool nested);
 
     /// Writes the plug-in's configuration to the file \a path (a full name, "…/manager.cfg"): seven
@@ -99,8 +102,15 @@ public:
     static int copyXSIPlugin(const QString &sourceFolder, const QString &destFolder);
 
 private:
+    enum class Level { Top, Nested };
+
     bool openManifest(const QString &dst);
-    int copySubFolders(const QString &src, const QString &dst, const QStringList &names);
+    bool closeManifest();
+    int copyTree(const QString &src, const QString &dst, Level level, PlacedFiles &placed);
+    int copyFiles(const QByteArray &names, const QString &src, const QString &dst,
+                  PlacedFiles &placed);
+    int copySubFolders(const QByteArray &names, const QString &src, const QString &dst,
+                       PlacedFiles &placed);
 
     QString userName;
     QString appDirPath;

@@ -19,6 +19,9 @@ private slots:
     void manifestThatCannotBeOpenedStopsTheCopy();
     void targetThatMayNotBeWrittenStopsTheCopy();
 
+    void manifestThatCannotBeWrittenIsAFailure_data();
+    void manifestThatCannotBeWrittenIsAFailure();
+
     void folderInTheFilesPlaceIsARightsProblem();
     void writableFileInAReadOnlyFolderIsNotReplaced();
     void lastFailureOfAFolderDecides_data();
@@ -160,6 +163,43 @@ void tst_FolderCopyFailures::targetThatMayNotBeWrittenStopsTheCopy()
     QCOMPARE(sandbox.copy("plugin", "host/drask"), 1);
 
     QCOMPARE(test::treeDifference(test::readTree(sandbox.path("host")), test::Tree()), QString());
+}
+
+void tst_FolderCopyFailures::manifestThatCannotBeWrittenIsAFailure_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("listed");
+
+    QTest::newRow("a folder of files") << "plugin"
+                                       << "a.py"
+                                       << "a.py";
+    QTest::newRow("a folder with subfolders") << "plugin"
+                                              << "sub/a.py"
+                                              << "sub/a.py";
+    QTest::newRow("the shelf of Maya") << "plugins/maya"
+                                       << "drask_uninstall.py"
+                                       << "prefs/shelves/shelf_DraskGrex.mel";
+}
+
+void tst_FolderCopyFailures::manifestThatCannotBeWrittenIsAFailure()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, file);
+    QFETCH(QString, listed);
+    if (!QFile::exists("/dev/full")) {
+        QSKIP("There is no /dev/full here.");
+    }
+    test::CopySandbox sandbox;
+    sandbox.write(source + '/' + file, "a");
+    sandbox.makeFolder("host");
+    sandbox.makeLink("/dev/full", "host/uninstall.ini");
+
+    QCOMPARE(sandbox.copy(source, "host"), 1);
+
+    QCOMPARE(sandbox.read("host/" + file), QByteArray("a"));
+    QCOMPARE(sandbox.log().mid(1, 1),
+             QStringList("Debug: Could not list file \"host/" + listed + '"'));
 }
 
 void tst_FolderCopyFailures::folderInTheFilesPlaceIsARightsProblem()

@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: MIT
+#include "disk/filecopy.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <optional>
+#include <utility>
+
+namespace {
+
+/// Each wait for the disk is for so many files. More save little and take the handles of others.
+constexpr std::size_t filesAWait = 64;
+
+/// Waits for the disk. False if some of the content cannot be written; that a pipe or the like
+/// knows no waiting is no loss.
+bool waitForDisk(int descriptor)
+{
+#ifdef Q_OS_LINUX
+    const int result = fdatasync(descriptor);
+#else
+    const int result = fsync(descriptor);
+#endif
+    return result == 0 || (errno != EIO && errno != ENOSPC && errno != EDQUOT);
+}
+
+/// An open file that is closed with it.
+class Descriptor {
+public:
+    explicit Descriptor(int descriptor)
+        : number(descriptor)
+    {
+    }
+    ~Descriptor()
+    {
+        if (isOpen()) {
+            static_cast<void>(close(number));
+        }
+    }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    bool isOpen() const
+    {
+        return number >= 0;
+    }
+
+    const int number;
+};
+
+void waitForFolder(const QString &path)
+{
+    const Descriptor folder(open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+    // Not all file systems have this for folders. The names come onto the disk later then.
+    static_cast<void>(fsync(folder.number));
+}
+
+#ifdef Q_OS_LINUX
+
+/// Copies \a source from \a offset to its end behind what \a target has.
+bool readAndWrite(int source, off_t offset, int target)
+{
+    std::array<char, 65536> block; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    ssize_t size = 0;
+    while ((size = pread(source, block.data(), block.size(), offset)) > 0) {
+        offset += size;
+        for (ssize_t written = 0; written < size;) {
+            const ssize_t count = write(target, block.data() + written,
+                                        static_cast<std::size_t>(size - written));
+            if (count < 0) {
+                return false;
+            }
+            written += count;
+        }
+    }
+    return size == 0;
+}
+
+/// Copies \a source, which says that it has \a size bytes, into the empty \a target.
+bool copyBytes(int source, off_t size, int target)
+{
+    off_t offset = 0;
+    while (offset < size
+           && copy_file_range(source, &offset, target, nullptr,
+                              static_cast<std::size_t>(size - offset), 0)
+               > 0) { }
+    // Not all systems copy between all files, and files that the system makes up have no size.
+    return (size > 0 && offset == size) || readAndWrite(source, offset, target);
+}
+
+/// Gives the file without a name the name \a target. Nothing is returned if it cannot be said
+/// whether QFile::copy() could have made the copy.
+std::optional<bool> giveName(int file, const QByteArray &target)
+{
+    const QByteArray unnamed = "/proc/self/fd/" + QByteArray::number(file);
+    if (linkat(AT_FDCWD, unnamed.constData(), AT_FDCWD, target.constData(), AT_SYMLINK_FOLLOW)
+        == 0) {
+        return true;
+    }
+    return errno == EEXIST ? std::optional(false) : std::nullopt;
+}
+
+#endif
+
+} // namespace
+
+FileCopier::FileCopier(const QString &source)
+    : path(source)
+{
+}
+
+FileCopier::~FileCopier()
+{
+    if (descriptor >= 0) {
+        static_cast<void>(close(descriptor));
+    }
+}
+
+bool FileCopier::copyTo(const QString &target)
+{
+#ifdef Q_OS_LINUX
+    if (const auto isCopied = copyThroughUnnamedFile(QFile::encodeName(target))) {
+        return *isCopied;
+    }
+#endif
+    return QFile::copy(path, target);
+}
+
+#ifdef Q_OS_LINUX
+bool FileCopier::open()
+{
+    struct stat status = {};
+    const QByteArray name = QFile::encodeName(path);
+    // Asked before it is opened: a pipe would take that for a reader who goes away again.
+    if (descriptor < 0 && stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode)) {
+        descriptor = ::open(name.constData(), O_RDONLY | O_CLOEXEC);
+        size = status.st_size;
+        permissions = status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
+    }
+    return descriptor >= 0;
+}
+
+/// Returns nothing where it has to be left to QFile::copy().
+std::optional<bool> FileCopier::copyThroughUnnamedFile(const QByteArray &target)
+{
+    if (!open()) {
+        return std::nullopt;
+    }
+    const QByteArray folder = target.left(target.lastIndexOf('/') + 1) + '.';
+    const Descriptor copy(
+        ::open(folder.constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!copy.isOpen()) {
+        return std::nullopt;
+    }
+    if (!copyBytes(descriptor, size, copy.number)) {
+        return false;
+    }
+    // Some file systems have no permissions to give. As with QFile::copy(), that is no failure.
+    static_cast<void>(fchmod(copy.number, permissions));
+    return giveName(copy.number, target);
+}
+#endif
+
+bool bringToDisk(QFileDevice &file)
+{
+    return file.flush() && waitForDisk(file.handle());
+}
+
+PlacedFiles::~PlacedFiles()
+{
+    bringOpenFilesToDisk();
+}
+
+bool PlacedFiles::open(const QString &path)
+{
+    constexpr int everyone = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
+                                  everyone);
+    if (descriptor < 0) {
+        return false;
+    }
+    files.push_back({descriptor, path});
+    if (files.size() >= filesAWait) {
+        bringOpenFilesToDisk();
+    }
+    return true;
+}
+
+QStringList PlacedFiles::bringToDisk()
+{
+    bringOpenFilesToDisk();
+    return std::exchange(lost, {});
+}
+
+void PlacedFiles::bringOpenFilesToDisk()
+{
+#ifdef Q_OS_LINUX
+    // What is under way already is not waited for one after the other.
+    for (const Placed &file : files) {
+        static_cast<void>(sync_file_range(file.descriptor, 0, 0, SYNC_FILE_RANGE_WRITE));
+    }
+#endif
+    QString folder;
+    for (const Placed &file : files) {
+        if (!waitForDisk(file.descriptor)) {
+            lost << file.path;
+        }
+        static_cast<void>(close(file.descriptor));
+        if (const QString own = QFileInfo(file.path).path(); own != folder) {
+            folder = own;
+            waitForFolder(folder);
+        }
+    }
+    files.clear();
+}

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QFileDevice>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+/// \file
+/// How a copied file comes onto the disk.
+
+/// Makes copies of one file. Where the system has files without a name, a copy takes a quarter of
+/// the calls of QFile::copy(), and it is left to PlacedFiles to wait for the disk.
+class FileCopier {
+public:
+    explicit FileCopier(const QString &source);
+    ~FileCopier();
+    FileCopier(const FileCopier &) = delete;
+    FileCopier &operator=(const FileCopier &) = delete;
+
+    /// Copies the file to \a target, with the outcome of QFile::copy(): where there is a \a target
+    /// already, a dangling link included, nothing happens; otherwise it gets the content and the
+    /// permission bits of the file, and nobody ever sees half of it. Returns whether \a target is
+    /// a copy now. A false leaves nothing behind. Logs nothing.
+    bool copyTo(const QString &target);
+
+private:
+    std::optional<bool> copyThroughUnnamedFile(const QByteArray &target);
+    bool open();
+
+    QString path;
+    int descriptor = -1; ///< of the source, once it was opened
+    qint64 size = 0;
+    unsigned int permissions = 0;
+};
+
+/// Writes out what \a file holds back, and waits until its content is on the disk. Returns false
+/// when some of it could not be written. Logs nothing.
+bool bringToDisk(QFileDevice &file);
+
+/// The files that a copy has placed and that may have yet to reach the disk. To wait for many at
+/// once is cheaper than to wait for each. It holds some dozens of files open, however many there
+/// are.
+class PlacedFiles {
+public:
+    PlacedFiles() = default;
+    /// Calls bringToDisk().
+    ~PlacedFiles();
+    PlacedFiles(const PlacedFiles &) = delete;
+    PlacedFiles &operator=(const PlacedFiles &) = delete;
+
+    /// Opens the file \a path for reading and writing, which makes an empty one where there is
+    /// none, and keeps it in mind. Returns whether it could be opened. Logs nothing.
+    bool open(const QString &path);
+
+    /// Waits until all the files, and their names in their folders, are on the disk. Returns those
+    /// whose content could not be written since the last call. Logs nothing.
+    QStringList bringToDisk();
+
+private:
+    struct Placed {
+        int descriptor;
+        QString path;
+    };
+
+    void bringOpenFilesToDisk();
+
+    std::vector<Placed> files;
+    QStringList lost;
+};

@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: MIT
+#include "disk/filecopy.h"
+#include "sandbox.h"
+#include "testprogram.h"
+
+#include <QtTest>
+
+#include <sys/stat.h>
+
+namespace {
+
+/// The permission bits of \a path, those beyond reading, writing and running included.
+unsigned int bitsOf(const QString &path)
+{
+    struct stat status = {};
+    return lstat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777U : 0;
+}
+
+int openFiles()
+{
+    return static_cast<int>(
+        QDir("/proc/self/fd").entryList(QDir::AllEntries | QDir::System).size());
+}
+
+} // namespace
+
+/// How a copied file comes onto the disk.
+class tst_FileCopy : public QObject {
+    Q_OBJECT
+
+private slots:
+    void copyHasTheContent_data();
+    void copyHasTheContent();
+    void copyHasThePermissionBits_data();
+    void copyHasThePermissionBits();
+    void secondCopyIsWholeToo();
+    void outcomeIsThatOfQt_data();
+    void outcomeIsThatOfQt();
+    void whatIsThereStays_data();
+    void whatIsThereStays();
+    void fileThatTakesItsOwnPlaceIsGone();
+
+    void placedFileIsOpenedForReadingAndWriting();
+    void missingFileIsMadeEmpty();
+    void folderIsNoPlacedFile();
+    void fewFilesAreOpenAtOnce();
+    void placedPipeIsNotLost();
+
+    void contentThatDoesNotFitIsReported();
+    void contentThatFitsIsWritten();
+};
+
+void tst_FileCopy::copyHasTheContent_data()
+{
+    QTest::addColumn<int>("size");
+
+    QTest::newRow("no byte") << 0;
+    QTest::newRow("one byte") << 1;
+    QTest::newRow("a page and a byte") << 4097;
+    QTest::newRow("a block less one byte") << 65535;
+    QTest::newRow("some megabytes") << 3000000;
+}
+
+void tst_FileCopy::copyHasTheContent()
+{
+    QFETCH(int, size);
+    const test::Sandbox sandbox;
+    QByteArray content(size, 'x');
+    for (int index = 0; index < size; index += 1000) {
+        content[index] = static_cast<char>(index / 1000);
+    }
+    sandbox.write("a", content);
+
+    QVERIFY(FileCopier(sandbox.path("a")).copyTo(sandbox.path("b")));
+
+    QVERIFY(sandbox.read("b") == content);
+}
+
+void tst_FileCopy::copyHasThePermissionBits_data()
+{
+    QTest::addColumn<unsigned int>("bits");
+    QTest::addColumn<unsigned int>("copied");
+
+    QTest::newRow("a file of the owner's") << 0600U << 0600U;
+    QTest::newRow("a program") << 0755U << 0755U;
+    QTest::newRow("what the mask of new files forbids") << 0666U << 0666U;
+    QTest::newRow("read-only") << 0444U << 0444U;
+    QTest::newRow("a program that runs as its owner") << 04755U << 0755U;
+    QTest::newRow("with the sticky bit") << 01644U << 0644U;
+}
+
+void tst_FileCopy::copyHasThePermissionBits()
+{
+    QFETCH(unsigned int, bits);
+    const test::Sandbox sandbox;
+    sandbox.write("a", "a");
+    QCOMPARE(chmod(QFile::encodeName(sandbox.path("a")).constData(), bits), 0);
+
+    QVERIFY(FileCopier(sandbox.path("a")).copyTo(sandbox.path("b")));
+
+    QTEST(bitsOf(sandbox.path("b")), "copied");
+}
+
+void tst_FileCopy::secondCopyIsWholeToo()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("a", "some text");
+    FileCopier copier(sandbox.path("a"));
+
+    QVERIFY(copier.copyTo(sandbox.path("b")));
+    QVERIFY(copier.copyTo(sandbox.path("c")));
+
+    QCOMPARE(sandbox.read("b"), QByteArray("some text"));
+    QCOMPARE(sandbox.read("c"), QByteArray("some text"));
+}
+
+void tst_FileCopy::outcomeIsThatOfQt_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("target");
+
+    QTest::newRow("a file") << "@/file"
+                            << "new";
+    QTest::newRow("a link to a file") << "@/link"
+                                      << "new";
+    QTest::newRow("a file of the system's that has no size") << "/proc/version"
+                                                             << "new";
+    QTest::newRow("a device") << "/dev/null"
+                              << "new";
+    QTest::newRow("a folder") << "@/folder"
+                              << "new";
+    QTest::newRow("a missing file") << "@/nowhere"
+                                    << "new";
+    QTest::newRow("a dangling link") << "@/dangling"
+                                     << "new";
+    QTest::newRow("onto a file") << "@/file"
+                                 << "other";
+    QTest::newRow("onto itself") << "@/file"
+                                 << "file";
+    QTest::newRow("onto a folder") << "@/file"
+                                   << "folder";
+    QTest::newRow("onto a dangling link") << "@/file"
+                                          << "dangling";
+    QTest::newRow("onto a link to a file") << "@/file"
+                                           << "link";
+    QTest::newRow("into a missing folder") << "@/file"
+                                           << "nowhere/new";
+    QTest::newRow("into a file") << "@/file"
+                                 << "other/new";
+    QTest::newRow("to a name too long") << "@/file" << QString(256, 'x');
+}
+
+void tst_FileCopy::outcomeIsThatOfQt()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, target);
+    const test::Sandbox sandbox;
+    sandbox.write("shared", "a");
+    bool results[2];
+    test::Tree trees[2];
+    for (int way = 0; way < 2; ++way) {
+        const test::Folder folder(sandbox.path(QString::number(way)));
+        folder.write("file", "a");
+        folder.write("other", "b");
+        folder.makeFolder("folder");
+        folder.makeLink(sandbox.path("shared"), "link");
+        folder.makeLink("/nowhere/at/all", "dangling");
+        const QString from = QString(source).replace('@', folder.path());
+        const QString to = folder.path(target);
+        results[way] = way == 0 ? QFile::copy(from, to) : FileCopier(from).copyTo(to);
+        trees[way] = folder.tree();
+    }
+
+    QCOMPARE(results[1], results[0]);
+    QCOMPARE(test::treeDifference(trees[1], trees[0]), QString());
+}
+
+void tst_FileCopy::whatIsThereStays_data()
+{
+    QTest::addColumn<QString>("target");
+
+    QTest::newRow("a file") << "old";
+    QTest::newRow("a link") << "link";
+}
+
+void tst_FileCopy::whatIsThereStays()
+{
+    QFETCH(QString, target);
+    const test::Sandbox sandbox;
+    sandbox.write("a", "new");
+    sandbox.write("old", "old");
+    sandbox.makeLink("old", "link");
+    sandbox.age("old");
+
+    QVERIFY(!FileCopier(sandbox.path("a")).copyTo(sandbox.path(target)));
+
+    QVERIFY(sandbox.isAged("old"));
+    QCOMPARE(QFile::symLinkTarget(sandbox.path("link")), sandbox.path("old"));
+}
+
+void tst_FileCopy::fileThatTakesItsOwnPlaceIsGone()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("a", "a");
+    FileCopier copier(sandbox.path("a"));
+    QVERIFY(QFile::remove(sandbox.path("a")));
+
+    QVERIFY(!copier.copyTo(sandbox.path("a")));
+
+    QVERIFY(!sandbox.exists("a"));
+}
+
+void tst_FileCopy::placedFileIsOpenedForReadingAndWriting()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("a", "a");
+    sandbox.age("a");
+    PlacedFiles placed;
+
+    QVERIFY(placed.open(sandbox.path("a")));
+    QCOMPARE(placed.bringToDisk(), QStringList());
+
+    QVERIFY(sandbox.isAged("a"));
+}
+
+void tst_FileCopy::missingFileIsMadeEmpty()
+{
+    const test::Sandbox sandbox;
+    PlacedFiles placed;
+
+    QVERIFY(placed.open(sandbox.path("a")));
+
+    QVERIFY(sandbox.exists("a"));
+    QCOMPARE(sandbox.read("a"), QByteArray());
+}
+
+void tst_FileCopy::folderIsNoPlacedFile()
+{
+    const test::Sandbox sandbox;
+    sandbox.makeFolder("folder");
+    sandbox.write("file", "a");
+    PlacedFiles placed;
+
+    QVERIFY(!placed.open(sandbox.path("folder")));
+    QVERIFY(!placed.open(sandbox.path("file/a")));
+    QVERIFY(!placed.open(sandbox.path("nowhere/a")));
+}
+
+void tst_FileCopy::fewFilesAreOpenAtOnce()
+{
+    if (!QFileInfo::exists("/proc/self/fd")) {
+        QSKIP("The open files are looked up in /proc.");
+    }
+    const test::Sandbox sandbox;
+    const int before = openFiles();
+    int most = 0;
+    {
+        PlacedFiles placed;
+        for (int number = 0; number < 1000; ++number) {
+            QVERIFY(placed.open(sandbox.path(QString::number(number))));
+            most = qMax(most, openFiles());
+        }
+    }
+
+    QVERIFY(most > before);
+    QVERIFY(most - before <= 64);
+    QCOMPARE(openFiles(), before);
+}
+
+void tst_FileCopy::placedPipeIsNotLost()
+{
+    const test::Sandbox sandbox;
+    QCOMPARE(mkfifo(QFile::encodeName(sandbox.path("pipe")).constData(), 0600), 0);
+    PlacedFiles placed;
+
+    QVERIFY(placed.open(sandbox.path("pipe")));
+    QCOMPARE(placed.bringToDisk(), QStringList());
+}
+
+void tst_FileCopy::contentThatDoesNotFitIsReported()
+{
+    QFile full("/dev/full");
+    if (!full.open(QIODevice::WriteOnly)) {
+        QSKIP("There is no /dev/full here.");
+    }
+    full.write("text");
+
+    QVERIFY(!bringToDisk(full));
+}
+
+void tst_FileCopy::contentThatFitsIsWritten()
+{
+    const test::Sandbox sandbox;
+    QFile file(sandbox.path("a"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("text");
+
+    QVERIFY(bringToDisk(file));
+
+    QCOMPARE(sandbox.read("a"), QByteArray("text"));
+}
+
+DRASK_TEST(tst_FileCopy)
+#include "tst_filecopy.moc"
