@@ -3,7 +3,7 @@
 # The cases of the benchmark. Each has functions make_, commands_, reset_ and verify_CASE; a command
 # is "name|words". The folder $work holds everything: tool/ with the program, host/ served by it,
 # bare/ served by the bare loop, person/ served by what a person would use.
-: "${work:?is the folder for everything}" "${build:?is where the program was built}"
+: "${work:?is the folder for everything}" "${build:?is where the program was built}" "${repository:?}"
 
 plugin=$work/tool/plugins/modo
 program=$work/tool/drask-installer
@@ -23,7 +23,7 @@ title() {
         hosts_150) echo "nothing to do, 150 hosts" ;;
         hosts_1500) echo "nothing to do, 1,500 hosts" ;;
         remove) echo "removal by a manifest of 20,000 lines" ;;
-        legacy) echo "legacy removal among 40,000 files" ;;
+        legacy) echo "legacy removal, 40,000 files in 400 folders" ;;
         maya) echo "new path in a userSetup.py of 10 MB" ;;
         lightwave) echo "new entry in an LW.CFG of 10 MB" ;;
     esac
@@ -68,6 +68,11 @@ commands_install() {
     echo "bare loop|$bare install $work/bare.ini $plugin $work/version.txt"
     echo "cp -r|cp -r $plugin $work/person"
 }
+# The same promise: every file is on the disk afterwards.
+commands_install_on_disk() {
+    commands_install | head -n 1
+    echo "cp -r and sync -d|bash $repository/bench/synced.sh cp -r $plugin $work/person"
+}
 reset_install() {
     rm -rf "$work/host" "$work/bare" "$work/person"
     mkdir "$work/host" "$work/bare"
@@ -88,6 +93,7 @@ make_install_20000() { make_install 20000 2048; }
 make_install_large() { make_install 100 1048576; }
 for case_name in install_100 install_2000 install_20000 install_large; do
     eval "commands_$case_name() { commands_install; }
+          commands_${case_name}_on_disk() { commands_install_on_disk; }
           reset_$case_name() { reset_install; }
           verify_$case_name() { verify_install; }"
 done
@@ -100,6 +106,10 @@ make_update() {
 commands_update() {
     commands_install | head -n 2
     echo "rsync -a|rsync -a --ignore-times $plugin/ $work/person/"
+}
+commands_update_on_disk() {
+    commands_update | head -n 1
+    echo "rsync -a and sync -d|bash $repository/bench/synced.sh rsync -a --ignore-times $plugin/ $work/person/"
 }
 reset_update() {
     reset_install
@@ -172,14 +182,14 @@ verify_remove() {
     [ "$left" -eq 0 ] || wrong "$left files are left"
 }
 
-# 40,000 files in 40 folders, every hundredth of them a legacy file.
+# 40,000 files in 400 folders, one of each folder a legacy file.
 make_legacy() {
-    local number folder
+    local number folder names=(grex.pyc utils.pyc drask.py manager.cfg)
     rm -rf "$work/legacy" "$work/installed"
-    for ((number = 0; number < 40; ++number)); do
+    for ((number = 0; number < 400; ++number)); do
         folder=$work/legacy/maya/scripts/Drask/$number
-        make_files 980 1 "$folder"
-        (cd "$folder" && touch grex.pyc utils.pyc drask.py manager.cfg && seq -f other_%g 16 | xargs touch)
+        make_files 99 1 "$folder"
+        touch "$folder/${names[number % 4]}"
     done
     echo "path=$work/host/maya/Maya.app" >"$work/hosts.txt"
 }
@@ -198,7 +208,7 @@ verify_legacy() {
     local left
     left=$(find "$work/host" -type f | wc -l)
     # The bare walk of "find" deletes nothing.
-    [ "$left" -eq 39840 ] || [ "$left" -eq 40000 ] || wrong "$left files are left"
+    [ "$left" -eq 39600 ] || [ "$left" -eq 40000 ] || wrong "$left files are left"
 }
 
 old_path_line="	sys.path.append( importable_path(u'/old/place'))"

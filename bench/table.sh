@@ -1,23 +1,49 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
+# shellcheck disable=SC2154 # use() sets "work", cases.sh "program"
 # What ./bench/run prints and writes, from hyperfine's tables. Uses the functions of cases.sh.
-: "${repository:?}" "${work:?}" "${build:?}" "${program:?}"
+: "${repository:?}" "${memory:?}" "${build:?}"
 
 print_head() {
-    cat <<'TEXT'
-| case | command | median, ms | processor, ms | processor, program : this |
-|---|---|---:|---:|---:|
+    cat <<TEXT
+| case | command | median, ms | processor, ms | $1, program : this | at least |
+|---|---|---:|---:|---:|---:|
 TEXT
 }
 
-# Columns of the table: command,mean,stddev,median,user,system,min,max, in seconds. The first row is
-# the program's.
+# The columns of hyperfine are command,mean,stddev,median,user,system,min,max, in seconds; each row is
+# one run here. The first command of a case is the program. The ratio is taken run by run, of the
+# processor times or of the times on the wall.
 add_rows() {
-    awk -F, -v title="$2" 'NR > 1 {
-        cpu = ($5 + $6) * 1000
-        if (NR == 2) { program = cpu; ratio = "" } else { ratio = sprintf("%.2f", program / cpu) }
-        printf "| %s | %s | %.1f | %.1f | %s |\n", NR == 2 ? title : "", $1, $4 * 1000, cpu, ratio
-    }' "$work/$1.csv"
+    awk -F, -v title="$2" -v ratio_of="$3" '
+        function median(values, count,   i, j, sorted) {
+            for (i = 1; i <= count; ++i) {
+                for (j = i; j > 1 && sorted[j - 1] > values[i]; --j) sorted[j] = sorted[j - 1]
+                sorted[j] = values[i]
+            }
+            least = sorted[1]
+            return count % 2 ? sorted[(count + 1) / 2] : (sorted[count / 2] + sorted[count / 2 + 1]) / 2
+        }
+        !($1 in runs) { names[++commands] = $1 }
+        {
+            run = ++runs[$1]
+            wall[$1, run] = $4 * 1000
+            cpu[$1, run] = ($5 + $6) * 1000
+        }
+        END {
+            for (c = 1; c <= commands; ++c) {
+                name = names[c]
+                for (r = 1; r <= run; ++r) {
+                    walls[r] = wall[name, r]
+                    cpus[r] = cpu[name, r]
+                    ratios[r] = ratio_of == "wall" ? wall[names[1], r] / walls[r] : cpu[names[1], r] / cpus[r]
+                }
+                row = sprintf("| %s | %s | %.1f | %.1f |", c == 1 ? title : "", name, median(walls, run), median(cpus, run))
+                ratio = median(ratios, run)
+                if (c == 1) print row "  |  |"
+                else printf "%s %.2f | %.2f |\n", row, ratio, least
+            }
+        }' "$memory/$1.csv"
 }
 
 # peak_memory COMMAND… prints the largest resident size in MiB.
@@ -67,7 +93,7 @@ describe_machine() {
     [ -n "$processor" ] || processor=$(sysctl -n machdep.cpu.brand_string 2>/dev/null)
     printf 'Measured on %s with %s processors (%s), %s, QtCore %s, files on %s.\n' \
         "$(date +%Y-%m-%d)" "$(getconf _NPROCESSORS_ONLN)" "${processor:-unknown}" "$(uname -s) $(uname -r | cut -d- -f1)" \
-        "$(qt_version)" "$(file_system)"
+        "$(qt_version)" "$(file_system "$memory")"
 }
 
 qt_version() {
@@ -75,7 +101,7 @@ qt_version() {
         "$(sed -n 's/^Qt5Core_DIR:PATH=//p' "$build/CMakeCache.txt")/Qt5CoreConfigVersion.cmake"
 }
 
-file_system() { df -T "$work" 2>/dev/null | awk 'NR == 2 {print $2}'; }
+file_system() { df -T "$1" 2>/dev/null | awk 'NR == 2 {print $2}'; }
 
 # Everything between the two marks in docs/performance.md is the machine's; the rest is ours.
 write_document() {
@@ -86,12 +112,12 @@ write_document() {
         cat "$1"
         printf '\n'
         sed -n '/^<!-- end of figures -->$/,$p' "$document"
-    } >"$work/document.md" && cp "$work/document.md" "$document"
+    } >"$memory/document.md" && cp "$memory/document.md" "$document"
 }
 
 # cost COUNT CASE NAME prints the count and the processor time, in ms, of one command of a case.
 cost() {
-    awk -F, -v count="$1" -v name="$3" '$1 == name {print count, ($5 + $6) * 1000}' "$work/$2.csv"
+    add_rows "$2" "" processor | awk -F ' *[|] *' -v count="$1" -v name="$3" '$3 == name {print count, $5}'
 }
 
 draw_plot() {
@@ -101,7 +127,7 @@ draw_plot() {
         cost 2000 install_2000 "$name"
         cost 20000 install_20000 "$name"
         printf '\n\n'
-    done >"$work/plot.data"
+    done >"$memory/plot.data"
     gnuplot <<TEXT
 set terminal svg size 640,400 font "sans-serif,12" background "white"
 set output "$repository/docs/performance.svg"
@@ -111,7 +137,7 @@ set ylabel "processor time, ms"
 set logscale xy
 set key left top
 set grid
-plot "$work/plot.data" index 0 with linespoints title "program", \
+plot "$memory/plot.data" index 0 with linespoints title "program", \
      "" index 1 with linespoints title "bare loop", \
      "" index 2 with linespoints title "cp -r"
 TEXT
