@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hoststeps.h"
 
+#include "disk/standin.h"
+#include "installer/maya.h"
 #include "installer/plugininstaller.h"
 #include "literals.h"
 #include "logging.h"
@@ -47,6 +49,16 @@ void removeIfThere(const QString &path)
 void copyExtraFile(QLatin1String name, const QString &target)
 {
     static_cast<void>(QFile::copy(extraFilesFolder + name, target));
+}
+
+QString mayaScript(const PluginPathStruct &host)
+{
+    return mayaStartUpScript(host.targetFolder());
+}
+
+QString houdiniEnvironment(const PluginPathStruct &host)
+{
+    return host.path + "/houdini.env"_l1;
 }
 
 int installMaya(const PluginPathStruct &host)
@@ -99,22 +111,23 @@ int installRevit(const PluginPathStruct &host)
 int installHoudini(const PluginPathStruct &host)
 {
     // Deliberate (houdini-failure-ignored): the result does not count.
-    static_cast<void>(
-        PluginInstaller::editHoudiniEnv(extraFilesFolder, host.path + "/houdini.env"_l1));
+    static_cast<void>(PluginInstaller::editHoudiniEnv(extraFilesFolder, houdiniEnvironment(host)));
     return 0;
 }
 
 struct HostStep {
     QLatin1String key;
     int (*run)(const PluginPathStruct &host) = nullptr;
+    /// The user's file that the step edits, if it edits one.
+    QString (*startUpFile)(const PluginPathStruct &host) = nullptr;
 };
 
 // clang-format off
 constexpr HostStep hostSteps[] = {
-    {"maya"_l1,    installMaya},
-    {"rhino"_l1,   installRhino},
-    {"revit"_l1,   installRevit},
-    {"houdini"_l1, installHoudini},
+    {"maya"_l1,    installMaya,    mayaScript},
+    {"rhino"_l1,   installRhino,   nullptr},
+    {"revit"_l1,   installRevit,   nullptr},
+    {"houdini"_l1, installHoudini, houdiniEnvironment},
 };
 // clang-format on
 
@@ -138,6 +151,15 @@ void removeLegacyCinema4dFiles(const PluginPathStruct &host)
     }
     for (const QLatin1String name : legacyCinema4dFiles) {
         removeIfThere(host.path + name);
+    }
+}
+
+void clearUnfinishedStartUpFile(const PluginPathStruct &host)
+{
+    for (const HostStep &step : hostSteps) {
+        if (host.applicationName == step.key && step.startUpFile != nullptr) {
+            clearUnfinished(step.startUpFile(host));
+        }
     }
 }
 

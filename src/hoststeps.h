@@ -13,6 +13,10 @@ bool isCinema4d(const PluginPathStruct &host);
 /// folders. What is missing or cannot be removed is passed over silently. Logs nothing.
 void removeLegacyCinema4dFiles(const PluginPathStruct &host);
 
+/// Takes away what a killed run left beside the user's file that the steps of \a host edit. Logs
+/// nothing.
+void clearUnfinishedStartUpFile(const PluginPathStruct &host);
+
 /// Runs the steps that \a host has of its own (Maya, Rhino, Revit, Houdini) after its plug-in was
 /// copied, and logs that the host is done: the key with " plugin installed in: ", and the target
 /// folder. Returns 0, or 3 when Maya's start-up script could not be installed, which was reported

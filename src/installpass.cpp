@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "installpass.h"
 
+#include "disk/standin.h"
 #include "globals.h"
 #include "hoststeps.h"
 #include "installer/plugininstaller.h"
@@ -24,6 +25,18 @@ void makeTargetFolder(const QString &target)
     }
 }
 
+QString configFileOf(const PluginPathStruct &host)
+{
+    return host.targetFolder() + "/manager.cfg"_l1;
+}
+
+/// Also where nothing is to be written, or what a killed run left would stay.
+void clearUnfinishedFiles(const PluginPathStruct &host)
+{
+    clearUnfinished(configFileOf(host));
+    clearUnfinishedStartUpFile(host);
+}
+
 bool isInstalled(const PluginPathStruct &host)
 {
     if (readVersionTxt(host.targetFolder()) != host.version) {
@@ -45,8 +58,7 @@ int copyPlugin(PluginInstaller &installer, const PluginPathStruct &host)
 int writeManagerConfig(const PluginInstaller &installer, const PluginPathStruct &host)
 {
     const QString target = host.targetFolder();
-    const QString configFile = target + "/manager.cfg"_l1;
-    if (installer.writeConfig(configFile, installerVersion, isCinema4d(host)) > 0) {
+    if (installer.writeConfig(configFileOf(host), installerVersion, isCinema4d(host)) > 0) {
         // Deliberate (config-message-without-slash): no slash before the name.
         writeErrorFile("Could not write config file in: \n"_l1 + target + "manager.cfg"_l1);
         return ExitCode::configurationNotWritten;
@@ -64,6 +76,7 @@ void installHost(PluginInstaller &installer, const PluginPathStruct &host, CopyW
         }
     };
     makeTargetFolder(host.targetFolder());
+    clearUnfinishedFiles(host);
     const bool alreadyInstalled = copyWhen == CopyWhen::VersionDiffers && isInstalled(host);
     if (!alreadyInstalled) {
         judge(copyPlugin(installer, host));

@@ -1,18 +1,238 @@
 // SPDX-License-Identifier: MIT
 #include "disk/wholefile.h"
 
+#include "disk/standin.h"
+
 #include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+struct OldContent {
+    bool isKnown = false;
+    QByteArray bytes;
+};
+
+enum class Outcome {
+    Done,
+    Failed,
+    Overtaken,  ///< somebody wrote to the file in the meantime
+    Impossible, ///< another way must be gone
+};
+
+/// How often an addition is tried while somebody else writes to the file.
+constexpr int attempts = 3;
+
+bool isAddition(QIODevice::OpenMode mode)
+{
+    return mode.testFlag(QIODevice::Append);
+}
+
+Outcome outcomeOf(bool isWritten)
+{
+    return isWritten ? Outcome::Done : Outcome::Failed;
+}
+
+/// \a mode without what would harm a file before its new content is on the disk.
+QIODevice::OpenMode withoutHarm(QIODevice::OpenMode mode)
+{
+    return mode | QIODevice::Append | QIODevice::ExistingOnly | QIODevice::Unbuffered;
+}
+
+OldContent readOld(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QByteArray bytes = file.readAll();
+    return {file.error() == QFileDevice::NoError, bytes};
+}
+
+/// A disk that fills up takes a part of a piece, and says why only when asked for the next.
+bool writeAll(QFile &file, const QByteArray &content, QString &reason)
+{
+    for (qint64 done = 0; done < content.size();) {
+        const qint64 written = file.write(content.constData() + done, content.size() - done);
+        if (written <= 0) {
+            reason = file.errorString();
+            return false;
+        }
+        done += written;
+    }
+    return bringToDisk(file.handle(), reason);
+}
+
+bool fill(StandIn &standIn, const QByteArray &content, QString &reason)
+{
+    QFile file;
+    if (!file.open(standIn.handle(), QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        reason = file.errorString();
+        return false;
+    }
+    return writeAll(file, content, reason);
+}
+
+/// Writes another file that takes the place of the file \a old, or a free place when \a old is
+/// nullptr.
+Outcome writeBeside(StandIn &standIn, const QFile *old, QIODevice::OpenMode mode,
+                    const QByteArray &content, QString &reason)
+{
+    if (!standIn.make() || (old != nullptr && !standIn.becomeLike(old->handle()))) {
+        return Outcome::Impossible;
+    }
+    if (!fill(standIn, content, reason)) {
+        return Outcome::Failed;
+    }
+    // What somebody else has written must not go with an addition.
+    if (isAddition(mode) && !standIn.isPlaceAsSeen()) {
+        return Outcome::Overtaken;
+    }
+    return standIn.takePlace() ? Outcome::Done : Outcome::Impossible;
+}
+
+/// Writes as if there were nothing to lose.
+bool writeStraight(const QString &path, QIODevice::OpenMode mode, const QByteArray &content,
+                   QString &reason)
+{
+    QFile file(path);
+    if (!file.open(mode | QIODevice::Unbuffered)) {
+        reason = file.errorString();
+        return false;
+    }
+    return writeAll(file, content, reason);
+}
+
+bool extendInPlace(QFile &file, const QByteArray &addition, QString &reason)
+{
+    const qint64 size = file.size();
+    if (writeAll(file, addition, reason)) {
+        return true;
+    }
+    static_cast<void>(file.resize(size));
+    return false;
+}
+
+/// The room of the old content is not given up before the new one is there, so that the old one can
+/// be put back.
+bool replaceContent(QFile &file, const QByteArray &content, QString &reason)
+{
+    if (!file.seek(0) || !writeAll(file, content, reason)) {
+        return false;
+    }
+    if (!file.resize(content.size())) {
+        reason = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+bool rewriteInPlace(const QString &path, const OldContent &old, const QByteArray &content,
+                    QString &reason)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered)) {
+        reason = file.errorString();
+        return false;
+    }
+    if (replaceContent(file, content, reason)) {
+        return true;
+    }
+    QString ignored;
+    static_cast<void>(replaceContent(file, old.bytes, ignored));
+    return false;
+}
+
+Outcome writeNew(StandIn &standIn, const QString &path, QIODevice::OpenMode mode,
+                 const QByteArray &content, QString &reason)
+{
+    const Outcome outcome = writeBeside(standIn, nullptr, mode, content, reason);
+    if (outcome != Outcome::Impossible) {
+        return outcome;
+    }
+    QFile file(path);
+    if (!file.open(mode | QIODevice::Unbuffered)) {
+        reason = file.errorString();
+        return Outcome::Failed;
+    }
+    const bool isWritten = writeAll(file, content, reason);
+    // To remove a link would leave what it leads to.
+    if (!isWritten && !QFileInfo(path).isSymLink()) {
+        static_cast<void>(file.remove());
+    }
+    return outcomeOf(isWritten);
+}
+
+/// Writes to the open file \a file itself, for want of a way to put another in its place.
+bool writeInPlace(QFile &file, QIODevice::OpenMode mode, const OldContent &old,
+                  const QByteArray &content, QString &reason)
+{
+    if (isAddition(mode)) {
+        return extendInPlace(file, content, reason);
+    }
+    return old.isKnown ? rewriteInPlace(file.fileName(), old, content, reason)
+                       : writeStraight(file.fileName(), mode, content, reason);
+}
+
+Outcome writeOver(StandIn &standIn, const QString &path, QIODevice::OpenMode mode,
+                  const QByteArray &content, QString &reason)
+{
+    // Whoever may not write to a file may not put another one in its place.
+    QFile file(path);
+    if (!file.open(withoutHarm(mode))) {
+        reason = file.errorString();
+        return Outcome::Failed;
+    }
+    const OldContent old = readOld(path);
+    if (!isAddition(mode) && old.isKnown && old.bytes == content && touch(file.handle())) {
+        return Outcome::Done;
+    }
+    if (old.isKnown || !isAddition(mode)) {
+        const QByteArray whole = isAddition(mode) ? old.bytes + content : content;
+        const Outcome outcome = writeBeside(standIn, &file, mode, whole, reason);
+        if (outcome != Outcome::Impossible) {
+            return outcome;
+        }
+    }
+    return outcomeOf(writeInPlace(file, mode, old, content, reason));
+}
+
+Outcome write(const QString &path, QIODevice::OpenMode mode, const QByteArray &content,
+              QString &reason)
+{
+    StandIn standIn(path);
+    switch (standIn.place()) {
+    case StandIn::Place::Free:
+        return writeNew(standIn, path, mode, content, reason);
+    case StandIn::Place::Plain:
+        return writeOver(standIn, path, mode, content, reason);
+    case StandIn::Place::Other:
+        break;
+    }
+    return outcomeOf(writeStraight(path, mode, content, reason));
+}
+
+bool writeUntilDone(const QString &path, QIODevice::OpenMode mode, const QByteArray &content,
+                    QString &reason)
+{
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const Outcome outcome = write(path, mode, content, reason);
+        if (outcome != Outcome::Overtaken) {
+            return outcome == Outcome::Done;
+        }
+    }
+    return writeStraight(path, mode, content, reason);
+}
+
+} // namespace
 
 bool writeWhole(const QString &path, QIODevice::OpenMode mode, const QByteArray &content,
                 QString *reason)
 {
-    QFile file(path);
-    if (!file.open(mode)) {
-        if (reason != nullptr) {
-            *reason = file.errorString();
-        }
-        return false;
+    QString words;
+    const bool isWritten = writeUntilDone(path, mode, content, words);
+    if (!isWritten && reason != nullptr) {
+        *reason = words;
     }
-    static_cast<void>(file.write(content));
-    return true;
+    return isWritten;
 }

@@ -93,6 +93,11 @@ int addToUserSetup(const QString &target, const QString &backup, const QString &
 
 } // namespace
 
+QString mayaStartUpScript(const QString &pluginFolder)
+{
+    return pluginFolder + "/../userSetup.py"_l1;
+}
+
 bool hasMayaAddition(const QString &script)
 {
     return !oldPathLine(script).isEmpty();
@@ -121,7 +126,7 @@ MayaUpdate mayaUpdate(const QString &script, const QString &scriptNow, const QSt
 
 int PluginInstaller::copyMayaUserSetup(const QString &templateFile, const QString &pluginFolder)
 {
-    const QString target = pluginFolder + "/../userSetup.py"_l1;
+    const QString target = mayaStartUpScript(pluginFolder);
     // Deliberate (maya-backup-place): the backup lies in the plug-in folder, not beside the script.
     const QString backup = pluginFolder + "/userSetup.py.draskbackup"_l1;
 

@@ -7,6 +7,9 @@
 /// The texts that go into Maya's start-up script. Texts are as readText() gives them, and empty for
 /// a file that cannot be read; \a pluginFolder has no trailing slash.
 
+/// Maya's start-up script, one level above the plug-in folder.
+QString mayaStartUpScript(const QString &pluginFolder);
+
 /// True when an earlier run's addition is recognised in \a script: the marker, and in that line or
 /// behind it a path line.
 bool hasMayaAddition(const QString &script);

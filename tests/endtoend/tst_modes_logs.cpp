@@ -275,21 +275,20 @@ void tst_ModesLogs::fullDiskLosesTheLines()
     addUnknownHost(workstation);
     const test::Tree expected = treeOfUnknownHost(workstation);
     test::Tree expectedWhenFull = expected;
-    expectedWhenFull["nuke/manager.cfg"] = "";
-    expectedWhenFull["tool/version.txt"] = "";
+    expectedWhenFull.remove("nuke/manager.cfg");
+    expectedWhenFull.remove("tool/version.txt");
 
     for (int run = 1; run <= 2; ++run) {
-        VERIFY_RUN(runOnFullDisk(workstation), 2);
+        VERIFY_RUN(runOnFullDisk(workstation), 3);
         VERIFY_LEFT(workstation, expectedWhenFull, QStringList(), QByteArray(""));
         QCOMPARE(workstation.read("tool/plugin.log"), QByteArray());
         QVERIFY(workstation.exists("tool/plugin.log"));
     }
 
-    // Once there is room, the files get their content. The empty manager.cfg is read.
-    QStringList log = linesOfUnknownHost(workstation, Run::First);
-    log.removeOne("Debug: cannot read config file, create new");
+    // Once there is room, the files are made.
     VERIFY_RUN(workstation.run(), 2);
-    VERIFY_LEFT(workstation, expected, log, errorsOfRun(workstation));
+    VERIFY_LEFT(workstation, expected, linesOfUnknownHost(workstation, Run::First),
+                errorsOfRun(workstation));
 }
 
 void tst_ModesLogs::writeProtectedToolFolderLosesTheLines()

@@ -1,10 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "disk/wholefile.h"
 
+#include "filelooks.h"
+#include "ordinaryuser.h"
 #include "sandbox.h"
+#include "smalldisk.h"
 #include "testprogram.h"
 
 #include <QtTest>
+
+#include <thread>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -12,9 +20,51 @@ constexpr QIODevice::OpenMode rewriting = QIODevice::WriteOnly | QIODevice::Text
 constexpr QIODevice::OpenMode adding = rewriting | QIODevice::Append;
 constexpr QIODevice::OpenMode addingToReadable = adding | QIODevice::ReadOnly;
 
+constexpr unsigned someUser = 4321;
+constexpr unsigned someGroup = 1234;
+
+/// What a file may be like, so that another in its place can be told from it.
+enum class Kind {
+    Usual,
+    OfAnotherUser,
+    ReadOnlyForTheGroup,
+    WithAttributes,
+    BehindALink,
+    WithTwoNames,
+};
+
+/// Makes "file" so; false where this disk has no such files.
+bool makeFile(const test::Folder &folder, Kind kind, const QByteArray &content)
+{
+    const QString path = folder.path("file");
+    folder.write(kind == Kind::BehindALink ? "elsewhere" : "file", content);
+    switch (kind) {
+    case Kind::Usual:
+        return true;
+    case Kind::OfAnotherUser:
+        test::giveTo(path, someUser, someGroup);
+        return true;
+    case Kind::ReadOnlyForTheGroup:
+        test::setRights(path, 0640);
+        return true;
+    case Kind::WithAttributes:
+        return test::setAttribute(path, "user.colour", "blue") && test::setAccessList(path);
+    case Kind::BehindALink:
+        folder.makeLink("elsewhere", "file");
+        return true;
+    case Kind::WithTwoNames:
+        test::addName(path, folder.path("other name"));
+        return true;
+    }
+    return false;
+}
+
+const QByteArray large(30000, 'x');
+
 } // namespace
 
 Q_DECLARE_METATYPE(QIODevice::OpenMode)
+Q_DECLARE_METATYPE(Kind)
 
 class tst_WholeFile : public QObject {
     Q_OBJECT
@@ -24,6 +74,28 @@ private slots:
     void contentIsWritten();
     void fileThatCannotBeOpenedIsRefusedInQtsWords_data();
     void fileThatCannotBeOpenedIsRefusedInQtsWords();
+    void fileStaysWhatItIs_data();
+    void fileStaysWhatItIs();
+    void anotherFileTakesThePlace();
+    void newFileIsLikeAnyOther();
+    void newFileFollowsTheAccessListOfItsFolder();
+    void linkToNothingLeadsToTheNewFile();
+    void equalContentIsOnlyTouched();
+    void additionOfWhatIsThereIsMade();
+    void fullDiskLeavesTheOldContent_data();
+    void fullDiskLeavesTheOldContent();
+    void fullDiskLeavesNoNewFile();
+    void deviceIsWrittenTo();
+    void pipeIsWrittenTo();
+    void leftoverOfAKilledRunIsCleared();
+    void readOnlyFileIsRefused_data();
+    void readOnlyFileIsRefused();
+    void writableFileInAReadOnlyFolder_data();
+    void writableFileInAReadOnlyFolder();
+    void fileOfAnotherIsWrittenInPlace();
+    void fileThatMayNotBeReadIsWritten_data();
+    void fileThatMayNotBeReadIsWritten();
+    void newFileInAReadOnlyFolderIsRefused();
 };
 
 void tst_WholeFile::contentIsWritten_data()
@@ -32,7 +104,6 @@ void tst_WholeFile::contentIsWritten_data()
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<QByteArray>("after");
 
-    const QByteArray large(300000, 'x');
     for (const QByteArray &before : {QByteArray(), QByteArray("old\n"), large}) {
         const int size = before.size();
         QTest::addRow("%d bytes are rewritten", size) << rewriting << before << QByteArray("new");
@@ -69,6 +140,8 @@ void tst_WholeFile::fileThatCannotBeOpenedIsRefusedInQtsWords_data()
         QTest::addRow("below a file, mode %d", int(mode)) << "file/file" << mode;
         QTest::addRow("a name too long, mode %d", int(mode)) << QString(300, 'x') << mode;
         QTest::addRow("a link in a circle, mode %d", int(mode)) << "circle" << mode;
+        QTest::addRow("a link to a missing folder, mode %d", int(mode)) << "dangling" << mode;
+        QTest::addRow("a link to a name too long, mode %d", int(mode)) << "long" << mode;
     }
 }
 
@@ -79,7 +152,9 @@ void tst_WholeFile::fileThatCannotBeOpenedIsRefusedInQtsWords()
     const test::Sandbox sandbox;
     sandbox.makeFolder("folder");
     sandbox.write("file", "old\n");
-    sandbox.makeLink(sandbox.path("circle"), "circle");
+    sandbox.makeLink("circle", "circle");
+    sandbox.makeLink("missing/file", "dangling");
+    sandbox.makeLink(QString(300, 'x'), "long");
     const test::Tree before = sandbox.tree();
     QFile plain(sandbox.path(name));
     QVERIFY(!plain.open(mode));
@@ -89,6 +164,344 @@ void tst_WholeFile::fileThatCannotBeOpenedIsRefusedInQtsWords()
     QVERIFY(!writeWhole(sandbox.path(name), mode, "new"));
     QCOMPARE(reason, plain.errorString());
     QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
+}
+
+void tst_WholeFile::fileStaysWhatItIs_data()
+{
+    QTest::addColumn<Kind>("kind");
+    QTest::addColumn<QIODevice::OpenMode>("mode");
+
+    const auto add = [](const char *name, Kind kind) {
+        QTest::addRow("%s, rewritten", name) << kind << rewriting;
+        QTest::addRow("%s, added to", name) << kind << adding;
+    };
+    add("the usual", Kind::Usual);
+    if (geteuid() == 0) {
+        add("of another user", Kind::OfAnotherUser);
+    }
+    add("read-only for the group", Kind::ReadOnlyForTheGroup);
+    add("with attributes", Kind::WithAttributes);
+    add("behind a link", Kind::BehindALink);
+    add("with two names", Kind::WithTwoNames);
+}
+
+void tst_WholeFile::fileStaysWhatItIs()
+{
+    QFETCH(Kind, kind);
+    QFETCH(QIODevice::OpenMode, mode);
+    const test::Sandbox sandbox;
+    if (!makeFile(sandbox, kind, large)) {
+        QSKIP("the disk has no extended attributes or access lists");
+    }
+    const QString looks = test::looksOf(sandbox.path("file"));
+    const QByteArray after = mode.testFlag(QIODevice::Append) ? large + "new" : "new";
+    test::Tree expected = sandbox.tree();
+    for (QByteArray &content : expected) {
+        content = content == large ? after : content;
+    }
+
+    QVERIFY(writeWhole(sandbox.path("file"), mode, "new"));
+    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
+    QCOMPARE(test::looksOf(sandbox.path("file")), looks);
+}
+
+void tst_WholeFile::anotherFileTakesThePlace()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("file", "old");
+    QFile old(sandbox.path("file"));
+    QVERIFY(old.open(QIODevice::ReadOnly));
+
+    QVERIFY(writeWhole(sandbox.path("file"), rewriting, "new"));
+    QCOMPARE(old.readAll(), QByteArray("old"));
+}
+
+void tst_WholeFile::newFileIsLikeAnyOther()
+{
+    const test::Sandbox sandbox;
+    for (const mode_t mask : {0022U, 0077U, 0002U}) {
+        const mode_t before = umask(mask);
+        sandbox.write("usual", "");
+        const bool isWritten = writeWhole(sandbox.path("file"), rewriting, "new");
+        umask(before);
+
+        QVERIFY(isWritten);
+        QCOMPARE(test::looksOf(sandbox.path("file")), test::looksOf(sandbox.path("usual")));
+        sandbox.remove("usual");
+        sandbox.remove("file");
+    }
+}
+
+void tst_WholeFile::newFileFollowsTheAccessListOfItsFolder()
+{
+    const test::Sandbox sandbox;
+    if (!test::setAccessListOfNewFiles(sandbox.path())) {
+        QSKIP("the disk has no access lists");
+    }
+    sandbox.write("usual", "old");
+    const QString looks = test::looksOf(sandbox.path("usual"));
+
+    QVERIFY(writeWhole(sandbox.path("file"), rewriting, "new"));
+    QVERIFY(writeWhole(sandbox.path("usual"), rewriting, "new"));
+    QCOMPARE(test::looksOf(sandbox.path("file")), looks);
+    QCOMPARE(test::looksOf(sandbox.path("usual")), looks);
+}
+
+void tst_WholeFile::linkToNothingLeadsToTheNewFile()
+{
+    const test::Sandbox sandbox;
+    sandbox.makeFolder("elsewhere");
+    sandbox.makeLink("elsewhere/file", "link");
+
+    QVERIFY(writeWhole(sandbox.path("link"), adding, "new"));
+    QCOMPARE(sandbox.read("elsewhere/file"), QByteArray("new"));
+    QVERIFY(QFileInfo(sandbox.path("link")).isSymLink());
+}
+
+void tst_WholeFile::equalContentIsOnlyTouched()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("file", "same");
+    sandbox.age("file");
+    QFile old(sandbox.path("file"));
+    QVERIFY(old.open(QIODevice::ReadWrite));
+
+    QVERIFY(writeWhole(sandbox.path("file"), rewriting, "same"));
+    QVERIFY(!sandbox.isAged("file"));
+    QVERIFY(old.resize(0));
+    QCOMPARE(sandbox.read("file"), QByteArray(""));
+}
+
+void tst_WholeFile::additionOfWhatIsThereIsMade()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("file", "same");
+
+    QVERIFY(writeWhole(sandbox.path("file"), adding, "same"));
+    QCOMPARE(sandbox.read("file"), QByteArray("samesame"));
+}
+
+void tst_WholeFile::fullDiskLeavesTheOldContent_data()
+{
+    fileStaysWhatItIs_data();
+}
+
+void tst_WholeFile::fullDiskLeavesTheOldContent()
+{
+    QFETCH(Kind, kind);
+    QFETCH(QIODevice::OpenMode, mode);
+    const test::Sandbox sandbox;
+    const test::SmallDisk disk(sandbox.path(), "size=64k");
+    if (!disk.isMounted()) {
+        QSKIP("no disk of its own can be mounted here");
+    }
+    QVERIFY(makeFile(sandbox, kind, large));
+    // Some room is left, so that the disk fills up in the middle.
+    sandbox.write("room", QByteArray(8192, 'r'));
+    disk.fill();
+    sandbox.remove("room");
+    const test::Tree before = sandbox.tree();
+    const QString looks = test::looksOf(sandbox.path("file"));
+    QString reason;
+
+    QVERIFY(!writeWhole(sandbox.path("file"), mode, QByteArray(60000, 'y'), &reason));
+    QCOMPARE(reason, QString("No space left on device"));
+    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
+    QCOMPARE(test::looksOf(sandbox.path("file")), looks);
+}
+
+void tst_WholeFile::fullDiskLeavesNoNewFile()
+{
+    const test::Sandbox sandbox;
+    const test::SmallDisk disk(sandbox.path(), "size=64k");
+    if (!disk.isMounted()) {
+        QSKIP("no disk of its own can be mounted here");
+    }
+    sandbox.makeLink("elsewhere", "link");
+    disk.fill();
+    const test::Tree before = sandbox.tree();
+
+    for (const char *name : {"file", "link"}) {
+        QString reason;
+        QVERIFY(!writeWhole(sandbox.path(name), rewriting, "new", &reason));
+        QCOMPARE(reason, QString("No space left on device"));
+    }
+    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
+}
+
+void tst_WholeFile::deviceIsWrittenTo()
+{
+    const test::Sandbox sandbox;
+    sandbox.makeLink("/dev/null", "nothing");
+    sandbox.makeLink("/dev/full", "full");
+    QString reason;
+
+    QVERIFY(writeWhole(sandbox.path("nothing"), rewriting, "new"));
+    QVERIFY(!writeWhole(sandbox.path("full"), rewriting, "new", &reason));
+    QCOMPARE(reason, QString("No space left on device"));
+}
+
+void tst_WholeFile::pipeIsWrittenTo()
+{
+    const test::Sandbox sandbox;
+    const QString pipe = sandbox.path("pipe");
+    QVERIFY(mkfifo(QFile::encodeName(pipe).constData(), 0600) == 0);
+    QByteArray received;
+    std::thread reader([&pipe, &received] {
+        QFile file(pipe);
+        file.open(QIODevice::ReadOnly);
+        received = file.readAll();
+    });
+
+    const bool isWritten = writeWhole(pipe, rewriting, "new");
+    reader.join();
+
+    QVERIFY(isWritten);
+    QCOMPARE(received, QByteArray("new"));
+}
+
+void tst_WholeFile::leftoverOfAKilledRunIsCleared()
+{
+    for (const char *content : {"old", "new"}) {
+        const test::Sandbox sandbox;
+        sandbox.write("file", content);
+        sandbox.write(".drask-unfinished", "ha");
+
+        QVERIFY(writeWhole(sandbox.path("file"), rewriting, "new"));
+        QCOMPARE(test::treeDifference(sandbox.tree(), {{"file", "new"}}), QString());
+    }
+}
+
+void tst_WholeFile::readOnlyFileIsRefused_data()
+{
+    QTest::addColumn<QIODevice::OpenMode>("mode");
+
+    QTest::newRow("to be rewritten") << rewriting;
+    QTest::newRow("to be added to") << adding;
+}
+
+void tst_WholeFile::readOnlyFileIsRefused()
+{
+    QFETCH(QIODevice::OpenMode, mode);
+    const test::Sandbox sandbox;
+    sandbox.write("file", "old");
+    test::giveToOrdinaryUser(sandbox.path());
+    test::giveToOrdinaryUser(sandbox.path("file"));
+    test::setRights(sandbox.path("file"), 0444);
+    QString reason;
+    {
+        const test::OrdinaryUser user;
+        if (!user.isActive()) {
+            QSKIP("the rights of root could not be given up");
+        }
+        QVERIFY(!writeWhole(sandbox.path("file"), mode, "new", &reason));
+    }
+
+    QCOMPARE(reason, QString("Permission denied"));
+    QCOMPARE(test::treeDifference(sandbox.tree(), {{"file", "old"}}), QString());
+}
+
+void tst_WholeFile::writableFileInAReadOnlyFolder_data()
+{
+    readOnlyFileIsRefused_data();
+}
+
+void tst_WholeFile::writableFileInAReadOnlyFolder()
+{
+    QFETCH(QIODevice::OpenMode, mode);
+    const test::Sandbox sandbox;
+    const test::SmallDisk disk(sandbox.path(), "size=64k");
+    if (!disk.isMounted()) {
+        QSKIP("no disk of its own can be mounted here");
+    }
+    sandbox.write("file", large);
+    test::giveToOrdinaryUser(sandbox.path("file"));
+    test::setRights(sandbox.path(), 0555);
+    const QString looks = test::looksOf(sandbox.path("file"));
+    bool isWritten = false;
+    bool isTooMuchWritten = true;
+    {
+        const test::OrdinaryUser user;
+        if (!user.isActive()) {
+            QSKIP("the rights of root could not be given up");
+        }
+        isWritten = writeWhole(sandbox.path("file"), mode, "new");
+        isTooMuchWritten = writeWhole(sandbox.path("file"), mode, QByteArray(90000, 'y'));
+    }
+
+    QVERIFY(isWritten);
+    QVERIFY(!isTooMuchWritten);
+    const QByteArray after = mode.testFlag(QIODevice::Append) ? large + "new" : "new";
+    QCOMPARE(test::treeDifference(sandbox.tree(), {{"file", after}}), QString());
+    QCOMPARE(test::looksOf(sandbox.path("file")), looks);
+}
+
+void tst_WholeFile::fileOfAnotherIsWrittenInPlace()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("file", "old");
+    test::setRights(sandbox.path(), 0777);
+    test::setRights(sandbox.path("file"), 0666);
+    const QString looks = test::looksOf(sandbox.path("file"));
+    bool isWritten = false;
+    {
+        const test::OrdinaryUser user;
+        if (!user.isActive()) {
+            QSKIP("the rights of root could not be given up");
+        }
+        isWritten = writeWhole(sandbox.path("file"), rewriting, "new")
+            && writeWhole(sandbox.path("file"), adding, "er");
+    }
+
+    QVERIFY(isWritten);
+    QCOMPARE(test::treeDifference(sandbox.tree(), {{"file", "newer"}}), QString());
+    QCOMPARE(test::looksOf(sandbox.path("file")), looks);
+}
+
+void tst_WholeFile::fileThatMayNotBeReadIsWritten_data()
+{
+    readOnlyFileIsRefused_data();
+}
+
+void tst_WholeFile::fileThatMayNotBeReadIsWritten()
+{
+    QFETCH(QIODevice::OpenMode, mode);
+    const test::Sandbox sandbox;
+    sandbox.write("file", "old");
+    test::giveToOrdinaryUser(sandbox.path());
+    test::giveToOrdinaryUser(sandbox.path("file"));
+    test::setRights(sandbox.path("file"), 0200);
+    bool isWritten = false;
+    {
+        const test::OrdinaryUser user;
+        if (!user.isActive()) {
+            QSKIP("the rights of root could not be given up");
+        }
+        isWritten = writeWhole(sandbox.path("file"), mode, "new");
+    }
+
+    QVERIFY(isWritten);
+    QVERIFY(test::looksOf(sandbox.path("file")).startsWith("100200 "));
+    test::setRights(sandbox.path("file"), 0600);
+    QCOMPARE(sandbox.read("file"),
+             mode.testFlag(QIODevice::Append) ? QByteArray("oldnew") : QByteArray("new"));
+}
+
+void tst_WholeFile::newFileInAReadOnlyFolderIsRefused()
+{
+    const test::Sandbox sandbox;
+    test::setRights(sandbox.path(), 0555);
+    QString reason;
+    {
+        const test::OrdinaryUser user;
+        if (!user.isActive()) {
+            QSKIP("the rights of root could not be given up");
+        }
+        QVERIFY(!writeWhole(sandbox.path("file"), rewriting, "new", &reason));
+    }
+
+    QCOMPARE(reason, QString("Permission denied"));
+    QCOMPARE(test::treeDifference(sandbox.tree(), {}), QString());
 }
 
 DRASK_TEST(tst_WholeFile)
