@@ -17,25 +17,24 @@ namespace test {
 
 namespace {
 
-/// The calls that look for, read, write and make files, or start the companion program. Left alone
-/// are those that cannot fail so (a seek in an open file; a close, which always closes; questions
-/// to the process itself), those for memory and for the companion's end, and two more: the system
-/// library ends every program that gets no event descriptor, before a log could be kept; and a
-/// companion that cannot be forked is a case of its own.
+/// The calls that look for, read, write, make and close files, or start the companion program. Left
+/// alone are those that cannot fail so (a seek in an open file; questions to the process itself),
+/// those for memory and for the companion's end, and two more: the system library ends every
+/// program that gets no event descriptor, before a log could be kept; and a companion that cannot
+/// be forked is a case of its own.
 const QByteArrayList fallibleCalls = {
-    "access",     "chmod",      "copy_file_range",
-    "faccessat",  "faccessat2", "fchmod",
-    "fchmodat",   "fcntl",      "fdatasync",
-    "flock",      "fstat",      "fsync",
-    "ftruncate",  "getcwd",     "getdents64",
-    "ioctl",      "link",       "linkat",
-    "lstat",      "mkdir",      "mkdirat",
-    "newfstatat", "open",       "openat",
-    "pipe2",      "ppoll",      "read",
-    "readlink",   "readlinkat", "rename",
-    "renameat",   "renameat2",  "sendfile",
-    "stat",       "statx",      "unlink",
-    "unlinkat",   "write",
+    "access",     "chmod",      "close",      "copy_file_range",
+    "dup",        "faccessat",  "faccessat2", "fchmod",
+    "fchmodat",   "fchown",     "fcntl",      "fdatasync",
+    "fgetxattr",  "flistxattr", "flock",      "fremovexattr",
+    "fsetxattr",  "fstat",      "fsync",      "ftruncate",
+    "getcwd",     "getdents64", "ioctl",      "link",
+    "linkat",     "lstat",      "mkdir",      "mkdirat",
+    "newfstatat", "open",       "openat",     "pipe2",
+    "ppoll",      "read",       "readlink",   "readlinkat",
+    "rename",     "renameat",   "renameat2",  "sendfile",
+    "stat",       "statx",      "unlink",     "unlinkat",
+    "utimensat",  "write",
 };
 
 constexpr int enoughComplaints = 20;

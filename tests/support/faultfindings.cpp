@@ -16,11 +16,10 @@ bool isLock(const QString &name)
     return name.startsWith("tool/") && name.endsWith(".lock");
 }
 
-QByteArrayList sortedLines(const QByteArray &text)
+/// A killed run leaves the file that was to take another one's place; the next run removes it.
+bool isUnfinished(const QString &name)
 {
-    QByteArrayList lines = text.split('\n');
-    std::sort(lines.begin(), lines.end());
-    return lines;
+    return name.endsWith("/.drask-unfinished");
 }
 
 } // namespace
@@ -31,11 +30,7 @@ QString harmNames(Harms harms)
         {Harm::BackupMissing, "the copy of the user's script is missing"},
         {Harm::AddedAgain, "the addition was made again"},
         {Harm::OnlyPathUpdated, "only the path was updated"},
-        {Harm::HalfAdded, "the addition is not complete"},
-        {Harm::HalfRewritten, "the file was emptied and not written to its end"},
-        {Harm::AddedTwice, "two additions are mixed"},
-        {Harm::TailLeftBehind, "the end of an addition is left behind"},
-        {Harm::WrittenOver, "two runs wrote over each other's lines"},
+        {Harm::AddedTwice, "the addition was made twice"},
     };
     QStringList found;
     for (const auto &name : names) {
@@ -71,13 +66,13 @@ QStringList FaultStation::complaintsAboutTheUsersFiles(const Tree &now) const
     return complaints;
 }
 
-QStringList FaultStation::complaintsAboutThePlugin(const Tree &now) const
+QStringList FaultStation::complaintsAboutThePlugin(const Tree &now, Fault fault) const
 {
     QStringList complaints;
     for (auto entry = now.cbegin(); entry != now.cend(); ++entry) {
         const QString &name = entry.key();
         if (!first.contains(name) && !installed.contains(name) && !shipped.contains(name)
-            && !isLock(name)) {
+            && !isLock(name) && !(fault == Fault::Kill && isUnfinished(name))) {
             complaints << "left behind: " + name;
         }
         // A file that could not be put in place a second time comes back empty.
@@ -131,7 +126,6 @@ void FaultStation::judge(const QString &name, const StartUpFile &file, const Tre
     const QByteArray done = installed[name];
     const QByteArray is = now.value(name);
     const QByteArray added = before + file.addition();
-    const bool keepsAll = is.startsWith(before);
     if (!now.contains(name)) {
         findings.complaints << "lost: " + name;
     } else if (is == before || is == done || (fault == Fault::OtherRun && is == settled[name])) {
@@ -140,17 +134,8 @@ void FaultStation::judge(const QString &name, const StartUpFile &file, const Tre
         findings.harms |= Harm::AddedAgain;
     } else if (is == file.withNewLine(before)) {
         findings.harms |= Harm::OnlyPathUpdated;
-    } else if (keepsAll && added.startsWith(is)) {
-        findings.harms |= Harm::HalfAdded;
-    } else if (keepsAll
-               && sortedLines(is) == sortedLines(before + file.addition() + file.addition())) {
+    } else if (fault == Fault::OtherRun && is == added + file.addition()) {
         findings.harms |= Harm::AddedTwice;
-    } else if (is.startsWith(done) && file.addition().endsWith(is.mid(done.size()))) {
-        findings.harms |= Harm::TailLeftBehind;
-    } else if (done.startsWith(is)) {
-        findings.harms |= Harm::HalfRewritten;
-    } else if (fault == Fault::OtherRun) {
-        findings.harms |= Harm::WrittenOver;
     } else {
         findings.complaints << "changed: " + name + "\n" + QString::fromUtf8(is);
     }
@@ -198,7 +183,8 @@ Findings FaultStation::findings(const RunResult &result, Fault fault) const
         findings.harms |= Harm::BackupMissing;
     }
     findings.complaints << complaintsAboutTheRun(result, fault) << complaintsAboutTheUsersFiles(now)
-                        << complaintsAboutThePlugin(now) << complaintsAboutManifests(now, fault);
+                        << complaintsAboutThePlugin(now, fault)
+                        << complaintsAboutManifests(now, fault);
     return findings;
 }
 

@@ -29,20 +29,8 @@ enum class Harm {
     AddedAgain = 2,
     /// A template that cannot be read counts as one of the older kind: only the path is updated.
     OnlyPathUpdated = 4,
-    /// The addition stops where the run did. What was there before is all there.
-    HalfAdded = 8,
-    /// An update empties the file and writes it anew, so lines behind the point where the run
-    /// stopped are lost. The copy from before the first addition is all that the user has then.
-    HalfRewritten = 16,
-    /// Two runs at once both found the file without the addition, and their lines are mixed.
-    AddedTwice = 32,
-    /// A run added to a file that another one had emptied and went on to write; what the latter did
-    /// not write over is left behind its lines.
-    TailLeftBehind = 64,
-    /// Two runs wrote the file anew at once, as no step of an installation keeps another one away:
-    /// one read what the other was just writing, or wrote over it. What is left is nobody's
-    /// promise.
-    WrittenOver = 128,
+    /// Two runs at once both found the file without the addition.
+    AddedTwice = 8,
 };
 Q_DECLARE_FLAGS(Harms, Harm)
 
@@ -105,7 +93,7 @@ private:
     bool mayBeTouched(const QString &name) const;
     QStringList complaintsAboutTheRun(const RunResult &result, Fault fault) const;
     QStringList complaintsAboutTheUsersFiles(const Tree &now) const;
-    QStringList complaintsAboutThePlugin(const Tree &now) const;
+    QStringList complaintsAboutThePlugin(const Tree &now, Fault fault) const;
     QStringList complaintsAboutManifests(const Tree &now, Fault fault) const;
     bool namesNoOtherFile(const QByteArray &piece, const QByteArray &known) const;
     void judge(const QString &name, const StartUpFile &file, const Tree &now, Fault fault,
