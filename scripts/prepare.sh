@@ -16,7 +16,7 @@ fail() {
 debian_packages() {
     case $1 in
         build) echo "g++ cmake ninja-build qtbase5-dev" ;;
-        test) echo "strace util-linux mount" ;;
+        test) echo "ccache lld strace util-linux mount" ;;
         lint) echo "clang-format clang-tidy clazy cppcheck shellcheck yamllint" ;;
         memory) echo "valgrind" ;;
         coverage) echo "gcovr" ;;
@@ -36,7 +36,8 @@ brew_packages() {
         fuzz) echo "llvm" ;;
         bench) echo "hyperfine gnuplot rsync" ;;
         docs) echo "doxygen graphviz mandoc" ;;
-        test | memory | package) echo "" ;;
+        test) echo "ccache" ;;
+        memory | package) echo "" ;;
         *) fail "There is no list of packages for '$1'" ;;
     esac
 }
@@ -57,7 +58,7 @@ install_debian_packages() {
         fi
     done
     [ -n "$missing" ] || return 0
-    printf 'Installing%s\n' "$missing"
+    printf 'About to install with apt-get:%s\n' "$missing"
     run_quietly as_root apt-get update
     # shellcheck disable=SC2086 # a list of names
     run_quietly as_root env DEBIAN_FRONTEND=noninteractive \
@@ -65,10 +66,13 @@ install_debian_packages() {
 }
 
 install_brew_packages() {
-    local package
+    local package missing=""
     for package in "$@"; do
-        brew list --versions "$package" >/dev/null 2>&1 || brew install --quiet "$package" \
-            || fail "This package could not be installed: $package"
+        brew list --versions "$package" >/dev/null 2>&1 || missing="$missing $package"
+    done
+    [ -z "$missing" ] || printf 'About to install with brew:%s\n' "$missing"
+    for package in $missing; do
+        brew install --quiet "$package" || fail "This package could not be installed: $package"
     done
     # qt@5 is not linked into the usual places.
     CMAKE_PREFIX_PATH=$(brew --prefix qt@5)

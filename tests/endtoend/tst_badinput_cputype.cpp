@@ -155,17 +155,15 @@ void tst_BadInputCpuType::hangingProgramIsEndedAndItsOutputKept()
     const QStringList warning("Warning: QProcess: Destroyed while process (\""
                               + workstation.tool("cputype") + "\") is still running.");
 
-    for (const QStringList &log :
-         {workstation.logOfFirstRun(warning), workstation.logOfSecondRun(warning)}) {
-        const test::RunResult result = workstation.run();
+    // Run once: a second run would wait for half a minute more, to show the same.
+    const test::RunResult result = workstation.run();
 
-        VERIFY_RUN(result, 0);
-        expected["tool/number"] = workstation.read("tool/number");
-        VERIFY_LEFT(workstation, expected, log, QByteArray());
-        const int number = expected["tool/number"].trimmed().toInt();
-        QVERIFY(number > 0);
-        QVERIFY2(kill(number, 0) != 0, "the program is still there");
-    }
+    VERIFY_RUN(result, 0);
+    expected["tool/number"] = workstation.read("tool/number");
+    VERIFY_LEFT(workstation, expected, workstation.logOfFirstRun(warning), QByteArray());
+    const int number = expected["tool/number"].trimmed().toInt();
+    QVERIFY(number > 0);
+    QVERIFY2(kill(number, 0) != 0, "the program is still there");
 }
 
 DRASK_TEST(tst_BadInputCpuType)

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "programfolder.h"
 
+#include "redfolders.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <QUuid>
 
 #include <algorithm>
@@ -58,10 +59,8 @@ void goToOwnFolder(int argc, char *argv[])
     {
         const QCoreApplication application(argc, argv);
         const QFileInfo built(QCoreApplication::applicationFilePath());
-        QTemporaryDir temporary(QDir::tempPath() + "/drask hömé XXXXXX");
-        temporary.setAutoRemove(false);
         secret() = QUuid::createUuid().toByteArray();
-        const Folder home(temporary.path());
+        const Folder home(makeTemporaryFolder("drask hömé"));
         home.write(secretFile, secret());
         home.makeFolder(programFolder);
         const QString copy = home.path(programFolder) + QLatin1Char('/') + built.fileName();
@@ -89,7 +88,7 @@ void leaveOwnFolder(int argc, char *argv[], int result)
 {
     const QString home = homePath(argc, argv);
     if (result != 0) {
-        qInfo("The folder stays: %s", qPrintable(home));
+        qInfo("The folder stays: %s", qPrintable(keepRedFolder(home)));
     } else if (isProved(Folder(home))) {
         QDir(home).removeRecursively();
     }

@@ -25,7 +25,8 @@ public:
 /// program is proved to be its own: a secret among the words is the one that lies above the folder.
 bool takeProofOfOwnFolder(int &argc, char *argv[]);
 
-/// Removes the folder; when the \a result of the cases says that one is red, it stays and is named.
+/// Removes the folder; when the \a result of the cases says that one is red, it is kept as a red
+/// one.
 void leaveOwnFolder(int argc, char *argv[], int result);
 
 } // namespace test

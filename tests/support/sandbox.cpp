@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "sandbox.h"
 
+#include "redfolders.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QtTest>
 
 #include <utility>
@@ -38,18 +39,6 @@ QByteArray contentOf(const QString &path)
 QString shown(const QByteArray &content)
 {
     return content.isEmpty() ? "(empty)" : QString::fromUtf8(content.left(2000));
-}
-
-/// Hosts are recognised by words anywhere in a path: the random letters must not make one up.
-std::unique_ptr<QTemporaryDir> makeHome()
-{
-    const QRegularExpression hostWords("c4d|3ds|xsi|maya|modo|cinema|layout|blender|lightwav",
-                                       QRegularExpression::CaseInsensitiveOption);
-    std::unique_ptr<QTemporaryDir> home;
-    do {
-        home = std::make_unique<QTemporaryDir>(QDir::tempPath() + "/drask tést XXXXXX");
-    } while (QFileInfo(home->path()).fileName().contains(hostWords));
-    return home;
 }
 
 } // namespace
@@ -183,21 +172,21 @@ Tree Folder::tree() const
 }
 
 Sandbox::Sandbox()
-    : home(makeHome())
+    : Folder(makeTemporaryFolder("drask tést"))
 {
-    require(home->isValid(), "be made");
-    root = home->path();
+    require(!root.isEmpty(), "be made");
     // Other users, as whom permission cases run, must be able to reach what is theirs.
-    QFile::setPermissions(home->path(),
-                          QFile::permissions(home->path()) | QFile::ReadGroup | QFile::ExeGroup
+    QFile::setPermissions(root,
+                          QFile::permissions(root) | QFile::ReadGroup | QFile::ExeGroup
                               | QFile::ReadOther | QFile::ExeOther);
 }
 
 Sandbox::~Sandbox()
 {
     if (QTest::currentTestFailed()) {
-        home->setAutoRemove(false);
-        qInfo("The sandbox stays: %s", qPrintable(home->path()));
+        qInfo("The sandbox stays: %s", qPrintable(keepRedFolder(root)));
+    } else if (!QDir(root).removeRecursively()) {
+        qWarning("The sandbox could not be removed: %s", qPrintable(root));
     }
 }
 

@@ -5,9 +5,6 @@
 #include <QMap>
 #include <QString>
 #include <QStringList>
-#include <QTemporaryDir>
-
-#include <memory>
 
 namespace test {
 
@@ -59,16 +56,13 @@ protected:
 };
 
 /// A temporary folder of one test case, with a blank and a non-ASCII letter in its name. When the
-/// case is red, the folder stays and its name is printed.
+/// case is red, the folder is kept and its name printed; see redfolders.h.
 class Sandbox : public Folder {
 public:
     Sandbox();
     ~Sandbox();
     Sandbox(const Sandbox &) = delete;
     Sandbox &operator=(const Sandbox &) = delete;
-
-private:
-    std::unique_ptr<QTemporaryDir> home;
 };
 
 /// While it lives, \a folder is the working directory.

@@ -2,6 +2,7 @@
 #include "testprogram.h"
 
 #include "programfolder.h"
+#include "redfolders.h"
 
 #include <cstdio>
 #include <map>
@@ -65,6 +66,7 @@ int main(int argc, char *argv[])
     if (entry == test::entries().end()) {
         return test::listEntries(argv[0]);
     }
+    test::keepFoldersOfEndedProcesses();
     if (entry->second.place == test::Place::OwnFolder && !isInOwnFolder) {
         test::goToOwnFolder(argc, argv);
     }

@@ -5,6 +5,7 @@
 
 #include <QMap>
 #include <QProcessEnvironment>
+#include <QTemporaryDir>
 
 namespace test {
 
