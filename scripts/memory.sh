@@ -8,16 +8,15 @@ set -u
 cd "$repository" || exit 1
 export LC_ALL=C.UTF-8
 
-# A line for each class, with the cases that are run; all of them without any.
+# The scenarios that are run, a line for each process.
 tested_runs() {
     cat <<'TEXT'
-tst_modes wordsChooseTheMode
-tst_install fifteenHostsAreServed secondRunChangesNothing
-tst_install_update reinstallCopiesEverythingAnew onlyWriteConfigWritesConfigurationsAlone
-tst_install_edits mayaScriptKeepsItsLinesWhenTheBlockIsReplaced mayaScriptFollowsAFolderThatMoved
-tst_install_edits houdiniEnvironmentKeepsItsLines rhinoIsRegisteredInTheWorkingFolder
-tst_uninstall eachPluginIsRemovedAndComesBack
-tst_ov3uninstall filesOfAllListedHostsGo secondRunChangesNothing
+tst_scenarios --only mode-*
+tst_scenarios --only studio-*
+tst_scenarios --only artists-*
+tst_scenarios --only maya-*
+tst_scenarios --only houdini-*
+tst_scenarios --only legacy-all-hosts
 TEXT
 }
 

@@ -61,6 +61,18 @@ inline QVector<Values> rowsOf(const Sections &sections)
     return rows.isEmpty() ? QVector<Values>(1) : rows;
 }
 
+/// Puts "TEXT" four times where \a text says "@(TEXT*4)@".
+inline QString repeated(QString text)
+{
+    static const QRegularExpression form(R"(@\((.*?)\*(\d+)\)@)");
+    QRegularExpressionMatch place;
+    while ((place = form.match(text)).hasMatch()) {
+        text.replace(place.capturedStart(), place.capturedLength(),
+                     place.captured(1).repeated(place.captured(2).toInt()));
+    }
+    return text;
+}
+
 /// What texts may name: values ("@name@"), blocks of lines ("<name>") and the sandbox ("@").
 struct Vocabulary {
     Values values;
@@ -95,10 +107,13 @@ struct Vocabulary {
         for (const QString &marked : lines) {
             const QString line = marked.startsWith("! ") ? marked.mid(2) : marked;
             const QString inner = line.mid(1, line.size() - 2);
-            if (line == '<' + inner + '>' && blocks.contains(inner)) {
-                result += expanded(blocks.value(inner));
+            const QString block = inner.section(": ", 0, 0);
+            if (line == '<' + inner + '>' && blocks.contains(block)) {
+                Vocabulary with = *this;
+                with.values["it"] = expanded(inner.section(": ", 1));
+                result += with.expanded(blocks.value(block));
             } else if (line == '@' + inner + '@' && values.contains(inner)) {
-                result += expanded(values.value(inner).split("\\n"));
+                result += expanded(repeated(values.value(inner)).split("\\n"));
             } else {
                 result << expanded(line).replace("\\x20", " ");
             }
@@ -110,32 +125,39 @@ struct Vocabulary {
     QStringList folded(const QStringList &lines) const
     {
         QString text = '\n' + lines.join('\n').replace(sandbox, "@") + '\n';
-        text.replace(" \n", "\\x20\n");
         // The longest go first, since they are made of others.
-        QMap<int, QString> names;
+        QMultiMap<int, QString> names;
         for (auto block = blocks.cbegin(); block != blocks.cend(); ++block) {
             names.insert(-int(expanded(block.value()).join('\n').size()), block.key());
         }
+        Vocabulary with = *this;
+        with.values["it"] = "\x01";
         for (const QString &name : qAsConst(names)) {
-            const QString meant = expanded(blocks.value(name)).join('\n').replace(sandbox, "@");
-            text.replace('\n' + meant + '\n', "\n<" + name + ">\n");
+            QString meant = with.expanded(blocks.value(name)).join('\n').replace(sandbox, "@");
+            meant = QRegularExpression::escape(meant.replace(values["version"], "@version@"));
+            const bool hasPlace = meant.contains("\\\x01");
+            const auto place = meant.indexOf("\\\x01");
+            meant.replace(qMax(0, int(place)), hasPlace ? 2 : 0, hasPlace ? "(.+)" : "");
+            text.replace(QRegularExpression('\n' + meant.replace("\\\x01", "\\1") + "(?=\n)"),
+                         "\n<" + name + (hasPlace ? ": \\1>" : ">"));
         }
-        return text.mid(1).chopped(1).split('\n');
+        text.replace(" \n", "\\x20\n");
+        return lines.isEmpty() ? lines : text.mid(1).chopped(1).split('\n');
     }
 };
 
-/// The bytes that \a text stands for: \n, \r, \t, \\ and \x20 are what they are in C.
+/// The bytes that \a text stands for: \n, \r, \t, \\, \" and \x20 are what they are in C.
 inline QByteArray unescaped(const QString &text)
 {
     const QByteArray written = text.toUtf8();
     QByteArray result;
     for (int at = 0; at < written.size(); ++at) {
         const QByteArray letter = written.at(at) == '\\' ? written.mid(at + 1, 1) : " ";
-        const auto escape = QByteArray("nrt\\").indexOf(letter);
+        const auto escape = QByteArray("nrt\\\"").indexOf(letter);
         if (letter == "x") {
             result += QByteArray::fromHex(written.mid(at + 2, 2));
         } else {
-            result += escape < 0 ? written.at(at) : "\n\r\t\\"[escape];
+            result += escape < 0 ? written.at(at) : "\n\r\t\\\""[escape];
         }
         at += letter == "x" ? 3 : escape < 0 ? 0 : 1;
     }

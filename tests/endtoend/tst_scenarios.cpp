@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "inmemory.h"
 #include "ordinaryuser.h"
 #include "scenario.h"
+#include "smalldisk.h"
 #include "testprogram.h"
 #include "workstation.h"
 
@@ -9,6 +11,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <memory>
 
 using test::Section;
 using test::Sections;
@@ -28,6 +31,7 @@ namespace {
 
 const QString folder = QStringLiteral(DRASK_SCENARIOS);
 bool accepts = false;
+QString pattern = QStringLiteral("*");
 
 /// A manifest has the order in which the file system lists a folder.
 Tree withSortedManifests(Tree tree)
@@ -35,7 +39,7 @@ Tree withSortedManifests(Tree tree)
     for (auto file = tree.begin(); file != tree.end(); ++file) {
         if (file.key().endsWith("uninstall.ini")) {
             QList<QByteArray> lines = file->split('\n');
-            std::sort(lines.begin(), lines.end());
+            std::sort(lines.begin(), lines.end() - 1);
             *file = lines.join('\n');
         }
     }
@@ -64,6 +68,7 @@ public:
         vocabulary.values = row;
         vocabulary.values["version"] = DRASK_VERSION;
         vocabulary.sandbox = workstation.path();
+        vocabulary.values["registered"] = workstation.path().replace(QChar(0xe9), "\\\\xe9");
     }
     ~Player();
     Player(const Player &) = delete;
@@ -102,10 +107,12 @@ private:
     test::Values row;
     Sections accepted;
     test::Workstation workstation;
+    std::unique_ptr<test::SmallDisk> disk;
     test::Vocabulary vocabulary;
     QString shellLine;
     QStringList aged;
     QStringList restricted;
+    QStringList logOfRunBefore;
 };
 
 Player::~Player()
@@ -164,9 +171,15 @@ void Player::make(const Section &section)
         problem = QProcess::execute("/bin/bash", {"-e", "-c", lines.join('\n')}) == 0
             ? QString()
             : "the script failed";
+    } else if (section.kind == "disk") {
+        const QStringList words = section.text.split(", ");
+        disk = std::make_unique<test::SmallDisk>(workstation.path(words.first()),
+                                                 words.mid(1).join(",").toUtf8());
+        skipped = disk->isMounted() ? QString() : "only root may mount a disk, and only on Linux";
     } else if (section.kind == "remove") {
         workstation.remove(path);
     } else if (section.kind == "settings") {
+        lines = vocabulary.expanded(section.lines);
         QString array;
         for (const QString &host : lines.filter(QRegularExpression("^host "))) {
             lines.removeOne(host);
@@ -290,7 +303,7 @@ void Player::hold(const Run &run)
     const QStringList lines = test::linesOf(log.mid(logBefore.size()));
     const QStringList messages = test::linesOf(errors.mid(errorsBefore.size()));
     wrong << test::differenceOf(told(run.log), lines)
-          << test::differenceOf(told(run.errors), messages)
+          << test::differenceOf(test::linesOf(test::contentOf(told(run.errors))), messages)
           << test::treeDifference(withSortedManifests(after), withSortedManifests(expected));
     if (errors.isNull() != (run.errors == nullptr && errorsBefore.isNull())) {
         wrong << "an error file that should not be, or none";
@@ -298,11 +311,13 @@ void Player::hold(const Run &run)
     wrong.removeAll(QString());
     // A table is brought up to date by hand.
     if (accepts && !wrong.isEmpty() && row.isEmpty()) {
-        accept(run, lines, messages, changesBetween(before, after));
+        accept(run, lines, messages, changesBetween(before, withSortedManifests(after)));
         wrong.clear();
     }
-    for (const QString &path : qAsConst(aged)) {
-        if (after.value(path) == before.value(path) && !workstation.isAged(path)) {
+    for (const QString &path : QStringList(aged)) {
+        if (after.value(path) != before.value(path)) {
+            aged.removeAll(path);
+        } else if (!workstation.isAged(path)) {
             wrong << "written without a change: " + path;
         }
     }
@@ -328,14 +343,15 @@ QStringList Player::change(Tree &tree, const QStringList &lines) const
         const QString path = QString::fromUtf8(test::unescaped(match.captured(2)))
             + (match.captured(3) == "->" ? "@" : "");
         QStringList below;
-        for (; lines.value(at + 1).startsWith("    "); ++at) {
-            below << lines.at(at + 1).mid(4);
+        for (; lines.value(at + 1).startsWith('|'); ++at) {
+            below << lines.at(at + 1).mid(2);
         }
         const QStringList block = vocabulary.expanded(QStringList(text));
-        const QByteArray content = match.captured(3) == "=" ? tree.value(text)
-            : text.isEmpty()                                ? test::contentOf(below)
-            : block == QStringList(text)                    ? test::unescaped(text)
-                                                            : test::contentOf(block);
+        const QByteArray content = match.captured(3) == "="
+            ? tree.value(QString::fromUtf8(test::unescaped(text)))
+            : text.isEmpty()             ? test::contentOf(below)
+            : block == QStringList(text) ? test::unescaped(text)
+                                         : test::contentOf(block);
         const QString sign = match.captured(1);
         const Tree before = tree;
         if (sign == "-") {
@@ -365,20 +381,24 @@ QStringList Player::changesBetween(const Tree &before, const Tree &after) const
 {
     QStringList lines;
     for (auto entry = before.cbegin(); entry != before.cend(); ++entry) {
-        const QString name = QString(entry.key()).replace(QRegularExpression("@$"), " ->");
+        QString name = QString(entry.key()).replace('\\', "\\\\").replace('\n', "\\n");
+        name.replace(QRegularExpression("@$"), " ->");
         lines << (after.contains(entry.key()) ? QString() : "- " + name);
     }
     for (auto entry = after.cbegin(); entry != after.cend(); ++entry) {
         const auto next = std::next(entry);
         const bool holdsMore = next != after.cend() && entry.key().endsWith('/')
             && next.key().startsWith(entry.key());
-        if (holdsMore || before.value(entry.key(), "no such file") == entry.value()) {
+        if (holdsMore
+            || withSortedManifests(before).value(entry.key(), "no such file") == entry.value()) {
             continue;
         }
         const QString source = entry->isEmpty() ? QString() : before.key(*entry);
         QString text = QString::fromUtf8(*entry).replace('\\', "\\\\").replace('\r', "\\r");
+        text.replace(DRASK_VERSION, "@version@")
+            .replace(vocabulary.values["registered"], "@registered@");
         lines << (before.contains(entry.key()) ? "* " : "+ ")
-                + QString(entry.key()).replace('\\', "\\\\");
+                + QString(entry.key()).replace('\\', "\\\\").replace('\n', "\\n");
         if (entry.key().endsWith('@')) {
             lines.last().replace(QRegularExpression("@$"), " -> " + text);
         } else if (!source.isEmpty()) {
@@ -391,7 +411,7 @@ QStringList Player::changesBetween(const Tree &before, const Tree &after) const
             lines.last() += block.startsWith('<') ? " : " + block : QString();
             lines += block.startsWith('<')
                 ? QStringList()
-                : QStringList(content).replaceInStrings(QRegularExpression("^"), "    ");
+                : QStringList(content).replaceInStrings(QRegularExpression("^"), "| ");
         }
     }
     lines.removeAll(QString());
@@ -407,15 +427,26 @@ void Player::accept(const Run &run, const QStringList &log, const QStringList &e
         if (section == nullptr && !lines.isEmpty()) {
             accepted[above->place].lines += QStringList(header) + vocabulary.folded(lines);
         } else if (section != nullptr) {
-            for (const QString &line : section->lines.filter(QRegularExpression("^! "))) {
+            const QStringList byHand = section->lines.filter(QRegularExpression("^! "));
+            for (const QString &line : byHand.filter(QRegularExpression("^! [^<]"))) {
                 const auto place = lines.indexOf(vocabulary.expanded(line.mid(2)));
                 lines.insert(qMax(0, int(place)), line);
                 lines.removeOne(vocabulary.expanded(line.mid(2)));
             }
-            accepted[section->place].lines = vocabulary.folded(lines);
+            lines = vocabulary.folded(lines);
+            for (const QString &line : byHand.filter(QRegularExpression("^! <"))) {
+                const auto place = lines.indexOf(line.mid(2));
+                lines.insert(qMax(0, int(place)), line);
+                lines.removeOne(line.mid(2));
+            }
+            accepted[section->place].lines = lines;
         }
     };
     const bool isNew = run.last != nullptr;
+    if (isNew && log == logOfRunBefore && changes.isEmpty()) {
+        return;
+    }
+    logOfRunBefore = log;
     const Section *last = isNew ? run.last : run.log;
     write(isNew ? nullptr : run.log, "-- again --", log, last);
     write(isNew ? nullptr : run.errors, "-- errors --", errors, last);
@@ -441,7 +472,7 @@ void tst_Scenarios::scenario_data()
     QTest::addColumn<test::Values>("row");
 
     const QString scenarios = folder + "/scenarios/";
-    for (const QString &name : QDir(scenarios).entryList({"*.txt"}, QDir::Files)) {
+    for (const QString &name : QDir(scenarios).entryList({pattern + ".txt"}, QDir::Files)) {
         for (const test::Values &row : test::rowsOf(test::readSections(scenarios + name))) {
             const QString tag = name.chopped(4) + (row.isEmpty() ? "" : "/") + row.value("name");
             QTest::newRow(qPrintable(tag)) << scenarios + name << row;
@@ -469,16 +500,21 @@ void tst_Scenarios::scenario()
 
 namespace {
 
-/// Qt Test does not know the word "--accept".
+/// Qt Test does not know "--accept" and "--only NAME", which may be a pattern.
 int runScenarios(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     QStringList arguments = QCoreApplication::arguments();
     accepts = arguments.removeAll("--accept") > 0;
-    // A table is brought up to date by hand.
+    const auto only = arguments.indexOf("--only");
+    if (only > 0 && only + 1 < arguments.size()) {
+        pattern = arguments.takeAt(only + 1);
+        arguments.removeAt(only);
+    }
     if (accepts && qEnvironmentVariableIsSet("CI")) {
         qFatal("Nothing is accepted in CI.");
     }
+    const test::InMemory memory;
     tst_Scenarios scenarios;
     return QTest::qExec(&scenarios, arguments);
 }

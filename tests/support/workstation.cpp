@@ -24,9 +24,6 @@ protected:
         if (options.asOrdinaryUser) {
             becomeOrdinaryUser();
         }
-        if (options.prepareProcess != nullptr) {
-            options.prepareProcess();
-        }
     }
 
 private:

@@ -24,8 +24,7 @@ struct RunOptions {
     bool asOrdinaryUser = false; ///< drops the rights of root first
     int timeoutMs = 60000;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    QStringList through;                ///< words of a command to run it through, such as a tracer
-    void (*prepareProcess)() = nullptr; ///< called in the new process before it is the program
+    QStringList through; ///< words of a command to run it through, such as a tracer
 };
 
 /// An artist's machine in a sandbox: the tool's folder "tool" with the built program in it, its
@@ -80,24 +79,4 @@ private:
         QVERIFY2(!verifiedRun.crashed, "the program crashed");                                     \
         QCOMPARE(verifiedRun.console, QByteArray());                                               \
         QCOMPARE(verifiedRun.exitCode, (code));                                                    \
-    } while (false)
-
-/// What a run left, as a whole: the lines of the log, the bytes of the error file (null: none) and
-/// everything else in the sandbox.
-#define VERIFY_LEFT(workstation, expectedTree, expectedLog, expectedErrors)                        \
-    do {                                                                                           \
-        QCOMPARE((workstation).log(), QStringList(expectedLog));                                   \
-        QCOMPARE((workstation).errors(), QByteArray(expectedErrors));                              \
-        QCOMPARE((workstation).errors().isNull(), QByteArray(expectedErrors).isNull());            \
-        QCOMPARE(test::treeDifference((workstation).treeWithoutLogs(), (expectedTree)),            \
-                 QString());                                                                       \
-    } while (false)
-
-/// One more run as the one before: it ends with \a code too, and changes no file but its logs.
-#define VERIFY_RERUN(workstation, arguments, options, code)                                        \
-    do {                                                                                           \
-        const test::Tree treeOfFirstRun = (workstation).treeWithoutLogs();                         \
-        VERIFY_RUN((workstation).run((arguments), (options)), (code));                             \
-        QCOMPARE(test::treeDifference((workstation).treeWithoutLogs(), treeOfFirstRun),            \
-                 QString());                                                                       \
     } while (false)
