@@ -98,9 +98,14 @@ bool copyBytes(int source, off_t size, int target)
 /// whether QFile::copy() could have made the copy.
 std::optional<bool> giveName(int file, const QByteArray &target)
 {
-    const QByteArray unnamed = "/proc/self/fd/" + QByteArray::number(file);
-    if (linkat(AT_FDCWD, unnamed.constData(), AT_FDCWD, target.constData(), AT_SYMLINK_FOLLOW)
-        == 0) {
+    const char *const name = target.constData();
+    int result = linkat(file, "", AT_FDCWD, name, AT_EMPTY_PATH);
+    // So older systems refuse it to all but root. The way through /proc is the longer one.
+    if (result != 0 && errno == ENOENT) {
+        const QByteArray unnamed = "/proc/self/fd/" + QByteArray::number(file);
+        result = linkat(AT_FDCWD, unnamed.constData(), AT_FDCWD, name, AT_SYMLINK_FOLLOW);
+    }
+    if (result == 0) {
         return true;
     }
     return errno == EEXIST ? std::optional(false) : std::nullopt;
