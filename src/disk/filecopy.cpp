@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "disk/filecopy.h"
 
+#include "disk/diskwait.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -18,47 +20,11 @@ namespace {
 /// Each wait for the disk is for so many files. More save little and take the handles of others.
 constexpr std::size_t filesAWait = 64;
 
-/// Waits for the disk. False if some of the content cannot be written; that a pipe or the like
-/// knows no waiting is no loss.
-bool waitForDisk(int descriptor)
-{
-#ifdef Q_OS_LINUX
-    const int result = fdatasync(descriptor);
-#else
-    const int result = fsync(descriptor);
-#endif
-    return result == 0 || (errno != EIO && errno != ENOSPC && errno != EDQUOT);
-}
-
-/// An open file that is closed with it.
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor)
-        : number(descriptor)
-    {
-    }
-    ~Descriptor()
-    {
-        if (isOpen()) {
-            static_cast<void>(close(number));
-        }
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    bool isOpen() const
-    {
-        return number >= 0;
-    }
-
-    const int number;
-};
-
 void waitForFolder(const QString &path)
 {
     const Descriptor folder(open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
     // Not all file systems have this for folders. The names come onto the disk later then.
-    static_cast<void>(fsync(folder.number));
+    static_cast<void>(fsync(folder.number()));
 }
 
 #ifdef Q_OS_LINUX
@@ -120,13 +86,6 @@ FileCopier::FileCopier(const QString &source)
 {
 }
 
-FileCopier::~FileCopier()
-{
-    if (descriptor >= 0) {
-        static_cast<void>(close(descriptor));
-    }
-}
-
 bool FileCopier::copyTo(const QString &target)
 {
 #ifdef Q_OS_LINUX
@@ -143,12 +102,12 @@ bool FileCopier::open()
     struct stat status = {};
     const QByteArray name = QFile::encodeName(path);
     // Asked before it is opened: a pipe would take that for a reader who goes away again.
-    if (descriptor < 0 && stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode)) {
-        descriptor = ::open(name.constData(), O_RDONLY | O_CLOEXEC);
+    if (!file.isOpen() && stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode)) {
+        file = Descriptor(::open(name.constData(), O_RDONLY | O_CLOEXEC));
         size = status.st_size;
         permissions = status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
     }
-    return descriptor >= 0;
+    return file.isOpen();
 }
 
 /// Returns nothing where it has to be left to QFile::copy().
@@ -163,19 +122,14 @@ std::optional<bool> FileCopier::copyThroughUnnamedFile(const QByteArray &target)
     if (!copy.isOpen()) {
         return std::nullopt;
     }
-    if (!copyBytes(descriptor, size, copy.number)) {
+    if (!copyBytes(file.number(), size, copy.number())) {
         return false;
     }
     // Some file systems have no permissions to give. As with QFile::copy(), that is no failure.
-    static_cast<void>(fchmod(copy.number, permissions));
-    return giveName(copy.number, target);
+    static_cast<void>(fchmod(copy.number(), permissions));
+    return giveName(copy.number(), target);
 }
 #endif
-
-bool bringToDisk(QFileDevice &file)
-{
-    return file.flush() && waitForDisk(file.handle());
-}
 
 PlacedFiles::~PlacedFiles()
 {

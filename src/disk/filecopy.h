@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QFileDevice>
+#include "disk/descriptor.h"
+
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -16,9 +18,6 @@
 class FileCopier {
 public:
     explicit FileCopier(const QString &source);
-    ~FileCopier();
-    FileCopier(const FileCopier &) = delete;
-    FileCopier &operator=(const FileCopier &) = delete;
 
     /// Copies the file to \a target, with the outcome of QFile::copy(): where there is a \a target
     /// already, a dangling link included, nothing happens; otherwise it gets the content and the
@@ -31,14 +30,10 @@ private:
     bool open();
 
     QString path;
-    int descriptor = -1; ///< of the source, once it was opened
+    Descriptor file; ///< the source, once it was opened
     qint64 size = 0;
     unsigned int permissions = 0;
 };
-
-/// Writes out what \a file holds back, and waits until its content is on the disk. Returns false
-/// when some of it could not be written. Logs nothing.
-bool bringToDisk(QFileDevice &file);
 
 /// The files that a copy has placed and that may have yet to reach the disk. To wait for many at
 /// once is cheaper than to wait for each. It holds some dozens of files open, however many there

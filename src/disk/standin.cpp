@@ -7,7 +7,7 @@
 
 #include <cerrno>
 #include <climits>
-#include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -87,19 +87,18 @@ bool claim(int handle)
 bool removeLeftover(const QByteArray &name)
 {
     // A pipe of that name must not hold the run up.
-    const int handle = open(name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (handle < 0) {
+    const Descriptor file(open(name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file.isOpen()) {
         return errno != ENOENT;
     }
     struct stat locked = {};
     struct stat named = {};
     // Before it was locked, the file may have taken its place, and the name have become another's.
-    if (flock(handle, LOCK_EX | LOCK_NB) == 0 && fstat(handle, &locked) == 0
+    if (flock(file.number(), LOCK_EX | LOCK_NB) == 0 && fstat(file.number(), &locked) == 0
         && S_ISREG(locked.st_mode) && lstat(name.constData(), &named) == 0
         && isSameFile(locked, named)) {
         static_cast<void>(unlink(name.constData()));
     }
-    close(handle);
     return true;
 }
 
@@ -109,19 +108,6 @@ void removeLeftovers(const QByteArray &folder)
     while (number <= namesToTry && removeLeftover(candidate(folder, number))) {
         ++number;
     }
-}
-
-/// Some disks of a network tell only when a file is closed that it could not be written.
-bool closesWell(int handle)
-{
-    const int duplicate = dup(handle);
-    return duplicate >= 0 && close(duplicate) == 0;
-}
-
-/// Not every file is on a disk, and not every disk can be asked.
-bool reachesDisk(int handle)
-{
-    return fsync(handle) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
 } // namespace
@@ -147,7 +133,9 @@ StandIn::StandIn(const QString &path)
 
 StandIn::~StandIn()
 {
-    drop();
+    if (!name.isEmpty()) {
+        static_cast<void>(unlink(name.constData()));
+    }
 }
 
 StandIn::Place StandIn::place() const
@@ -158,17 +146,16 @@ StandIn::Place StandIn::place() const
 bool StandIn::makeNamed(const QByteArray &candidate)
 {
     const mode_t rights = kind == Place::Free ? anyNewFile : ownerOnly;
-    file = open(candidate.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, rights);
-    if (file < 0) {
+    Descriptor made(open(candidate.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, rights));
+    if (!made.isOpen()) {
         return false;
     }
-    if (!claim(file)) {
+    if (!claim(made.number())) {
         // Whoever took the file for a leftover takes it away.
-        close(file);
-        file = -1;
         errno = EEXIST;
         return false;
     }
+    file = std::move(made);
     name = candidate;
     return true;
 }
@@ -192,13 +179,13 @@ bool StandIn::make()
 
 int StandIn::handle() const
 {
-    return file;
+    return file.number();
 }
 
 bool StandIn::becomeLike(int old) const
 {
     struct stat now = {};
-    return fstat(old, &now) == 0 && now.st_nlink == 1 && copyAttributes(old, file);
+    return fstat(old, &now) == 0 && now.st_nlink == 1 && copyAttributes(old, file.number());
 }
 
 bool StandIn::isPlaceAsSeen() const
@@ -214,20 +201,7 @@ bool StandIn::takePlace()
         return false;
     }
     name.clear();
-    drop();
     return true;
-}
-
-void StandIn::drop()
-{
-    if (!name.isEmpty()) {
-        static_cast<void>(unlink(name.constData()));
-        name.clear();
-    }
-    if (file >= 0) {
-        close(file);
-        file = -1;
-    }
 }
 
 void clearUnfinished(const QString &path)
@@ -236,15 +210,6 @@ void clearUnfinished(const QString &path)
     if (!target.isEmpty()) {
         removeLeftovers(folderOf(target));
     }
-}
-
-bool bringToDisk(int handle, QString &reason)
-{
-    if (reachesDisk(handle) && closesWell(handle)) {
-        return true;
-    }
-    reason = QString::fromLocal8Bit(std::generic_category().message(errno).c_str());
-    return false;
 }
 
 bool touch(int handle)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "disk/descriptor.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -60,21 +62,16 @@ private:
     struct Seen;
 
     bool makeNamed(const QByteArray &candidate);
-    void drop();
 
     const QByteArray target; ///< behind all links; empty when that cannot be told
     Place kind = Place::Other;
     const std::unique_ptr<Seen> seen;
     QByteArray name; ///< of the new file; empty when there is none
-    int file = -1;
+    Descriptor file;
 };
 
 /// Takes away what killed runs left beside the file \a path.
 void clearUnfinished(const QString &path);
-
-/// Brings what was written to the open file \a handle onto the disk. Returns false when that fails;
-/// \a reason then becomes the words for it. What is on no disk counts as done.
-bool bringToDisk(int handle, QString &reason);
 
 /// Sets the time of the open file \a handle as writing would. Returns false when that fails.
 bool touch(int handle);

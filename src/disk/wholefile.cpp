@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "disk/wholefile.h"
 
+#include "disk/diskwait.h"
 #include "disk/standin.h"
 
 #include <QFile>
@@ -60,7 +61,7 @@ bool writeAll(QFile &file, const QByteArray &content, QString &reason)
         }
         done += written;
     }
-    return bringToDisk(file.handle(), reason);
+    return bringToDisk(file, &reason);
 }
 
 bool fill(StandIn &standIn, const QByteArray &content, QString &reason)

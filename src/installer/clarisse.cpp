@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
-#include "installer/clarisse.h"
-
 #include "installer/plugininstaller.h"
-#include "textfile.h"
 
-ScriptEdit clarisseEdit(const QString &script)
-{
-    const QLatin1String importLine("import drask");
-    if (script.contains(importLine)) {
-        return {};
-    }
-    return {ScriptEdit::Kind::Append, QLatin1Char('\n') + importLine + QLatin1Char('\n')};
-}
+#include "installer/scriptedit.h"
+#include "literals.h"
+#include "textfile.h"
 
 int PluginInstaller::editClarisseStartup(const QString &script)
 {
-    const ScriptEdit edit = clarisseEdit(readText(script));
-    return edit.kind == ScriptEdit::Kind::Leave ? 0 : extendReadableScript(script, edit.text);
+    constexpr QLatin1String importLine = "import drask"_l1;
+    bool isThere = false;
+    visitLines(script, [&](const QString &line) {
+        isThere = line.contains(importLine);
+        return !isThere;
+    });
+    if (isThere) {
+        return 0;
+    }
+    return extendReadableScript(script, QLatin1Char('\n') + importLine + QLatin1Char('\n'));
 }

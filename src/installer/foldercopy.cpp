@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "disk/diskwait.h"
 #include "disk/filecopy.h"
 #include "disk/folderlisting.h"
 #include "installer/plugininstaller.h"

@@ -9,28 +9,42 @@
 
 namespace {
 
-/// The text up to the line behind the marker, which is the assignment that an earlier run added.
+/// The text up to the line after the marker, which is the assignment that an earlier run added.
 struct EarlierAddition {
     QString text;
     QString assignment; ///< empty when there is none
+    bool markerSeen = false;
+
+    /// Adds \a line. Returns whether the line after it counts as well.
+    bool take(const QString &line)
+    {
+        text += line + QLatin1Char('\n');
+        if (line.contains(installedMarker)) {
+            markerSeen = true;
+        } else if (markerSeen) {
+            assignment = line;
+            return false;
+        }
+        return true;
+    }
 };
 
 EarlierAddition earlierAddition(QString environment)
 {
     EarlierAddition found;
-    bool markerSeen = false;
     QTextStream lines(&environment);
     QString line;
-    while (lines.readLineInto(&line)) {
-        found.text += line + QLatin1Char('\n');
-        if (line.contains(installedMarker)) {
-            markerSeen = true;
-        } else if (markerSeen) {
-            found.assignment = line;
-            break;
-        }
-    }
+    while (lines.readLineInto(&line) && found.take(line)) { }
     return found;
+}
+
+/// What counts of the file \a envFile; the rest is not even read. Empty where it cannot be read.
+QString readEnvironment(const QString &envFile)
+{
+    EarlierAddition found;
+    const bool isRead = visitLines(envFile,
+                                   [&found](const QString &line) { return found.take(line); });
+    return isRead ? found.text : QString();
 }
 
 } // namespace
@@ -49,7 +63,7 @@ ScriptEdit houdiniEdit(const QString &environment, const QString &folder)
 
 int PluginInstaller::editHoudiniEnv(const QString &folder, const QString &envFile)
 {
-    const ScriptEdit edit = houdiniEdit(readText(envFile), folder);
+    const ScriptEdit edit = houdiniEdit(readEnvironment(envFile), folder);
     switch (edit.kind) {
     case ScriptEdit::Kind::Leave:
         break;

@@ -8,21 +8,25 @@
 #include "textfile.h"
 
 #include <QDebug>
-#include <QTextStream>
-
-#include <algorithm>
 
 namespace {
 
-/// True when the file \a path says \a lines already.
+/// True when the file \a path begins with \a lines; a line that it lacks counts as empty.
 bool isUpToDate(const QString &path, const QStringList &lines)
 {
-    QString present;
-    if (!readWholeText(path, present)) {
+    QStringList present;
+    const bool isRead = visitLines(path, [&](const QString &line) {
+        present << line;
+        return present.size() < lines.size();
+    });
+    if (!isRead) {
         qDebug() << "cannot read config file, create new";
         return false;
     }
-    if (!saysAlready(present, lines)) {
+    while (present.size() < lines.size()) {
+        present << QString();
+    }
+    if (present != lines) {
         return false;
     }
     qDebug() << "not necessary to write cfg";
@@ -42,13 +46,6 @@ QStringList managerConfigLines(const ManagerConfig &config)
         QStringLiteral("1"),
         config.copyTexFiles ? QStringLiteral("1") : QStringLiteral("0"),
     };
-}
-
-bool saysAlready(QString present, const QStringList &lines)
-{
-    QTextStream stream(&present);
-    return std::all_of(lines.cbegin(), lines.cend(),
-                       [&stream](const QString &line) { return stream.readLine() == line; });
 }
 
 QString managerConfigText(const QStringList &lines, LineEnd lineEnd)

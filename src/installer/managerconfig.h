@@ -21,10 +21,6 @@ struct ManagerConfig {
 /// The seven lines of \a config, without line ends.
 QStringList managerConfigLines(const ManagerConfig &config);
 
-/// True when the text \a present begins with exactly \a lines, whatever their line ends; a line
-/// that it lacks counts as empty.
-bool saysAlready(QString present, const QStringList &lines);
-
 /// What stands between the lines of a manager.cfg.
 enum class LineEnd { LineFeed, CarriageReturnLineFeed };
 

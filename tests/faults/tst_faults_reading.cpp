@@ -4,13 +4,15 @@
 
 #include <QtTest>
 
-/// Lets the disk fail in the middle of the lists that say which files are to be deleted.
+/// Lets the disk fail in the middle of the files that are read.
 class tst_Faults_Reading : public QObject {
     Q_OBJECT
 
 private slots:
     void initTestCase();
     void halfANameInAManifestIsNotDeleted();
+    void whatDoesNotCountIsNotRead_data();
+    void whatDoesNotCountIsNotRead();
 };
 
 namespace {
@@ -74,6 +76,37 @@ void tst_Faults_Reading::halfANameInAManifestIsNotDeleted()
     QCOMPARE(fates.mid(0, 2), QStringList({"spared", "spared"}));
     QVERIFY(fates.size() > 2);
     QCOMPARE(fates.mid(2).count("deleted"), fates.size() - 2);
+}
+
+void tst_Faults_Reading::whatDoesNotCountIsNotRead_data()
+{
+    QTest::addColumn<QString>("file");
+
+    QTest::addRow("after the seventh line") << "houdini/Plugins/drask/manager.cfg";
+    QTest::addRow("after the assignment") << "houdini/houdini.env";
+}
+
+void tst_Faults_Reading::whatDoesNotCountIsNotRead()
+{
+    QFETCH(QString, file);
+    test::Workstation workstation;
+    workstation.addPlugin("houdini", {{"a.py", "a"}});
+    workstation.addHost("houdini", workstation.path("houdini"));
+    workstation.writeSettings();
+    VERIFY_RUN(workstation.run(), 0);
+    const QByteArray content = workstation.read(file) + '\n' + QByteArray(2 * pieceSize, 'x');
+    workstation.write(file, content);
+    const test::Tracer tracer;
+    test::Disturbance badSector = {"read", "error=EIO"};
+    badSector.file = workstation.path(file);
+    test::RunOptions options;
+    options.environment = test::Tracer::environment();
+    options.through = tracer.disturb(badSector, 2);
+
+    VERIFY_RUN(workstation.run({"reinstall"}, options), 0);
+
+    QCOMPARE(tracer.hit(badSector), QByteArray());
+    QCOMPARE(workstation.read(file), content);
 }
 
 DRASK_TEST(tst_Faults_Reading)

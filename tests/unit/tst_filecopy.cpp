@@ -45,9 +45,6 @@ private slots:
     void folderIsNoPlacedFile();
     void fewFilesAreOpenAtOnce();
     void placedPipeIsNotLost();
-
-    void contentThatDoesNotFitIsReported();
-    void contentThatFitsIsWritten();
 };
 
 void tst_FileCopy::copyHasTheContent_data()
@@ -275,29 +272,6 @@ void tst_FileCopy::placedPipeIsNotLost()
 
     QVERIFY(placed.open(sandbox.path("pipe")));
     QCOMPARE(placed.bringToDisk(), QStringList());
-}
-
-void tst_FileCopy::contentThatDoesNotFitIsReported()
-{
-    QFile full("/dev/full");
-    if (!full.open(QIODevice::WriteOnly)) {
-        QSKIP("There is no /dev/full here.");
-    }
-    full.write("text");
-
-    QVERIFY(!bringToDisk(full));
-}
-
-void tst_FileCopy::contentThatFitsIsWritten()
-{
-    const test::Sandbox sandbox;
-    QFile file(sandbox.path("a"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("text");
-
-    QVERIFY(bringToDisk(file));
-
-    QCOMPARE(sandbox.read("a"), QByteArray("text"));
 }
 
 DRASK_TEST(tst_FileCopy)

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <utility>
+
+#include <unistd.h>
+
+/// \file
+/// The system's number of an open file.
+
+/// Owns an open file, and closes it when it goes away.
+class Descriptor {
+public:
+    /// Takes over the open file \a number; a negative one stands for none.
+    explicit Descriptor(int number = -1)
+        : value(number)
+    {
+    }
+    ~Descriptor()
+    {
+        if (isOpen()) {
+            static_cast<void>(close(value));
+        }
+    }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+    Descriptor(Descriptor &&other) noexcept
+        : value(std::exchange(other.value, -1))
+    {
+    }
+    Descriptor &operator=(Descriptor &&other) noexcept
+    {
+        // What was open here goes away with the other one.
+        std::swap(value, other.value);
+        return *this;
+    }
+
+    bool isOpen() const
+    {
+        return value >= 0;
+    }
+
+    int number() const
+    {
+        return value;
+    }
+
+private:
+    int value;
+};
