@@ -9,6 +9,8 @@
 #include <QProcess>
 #include <QtTest>
 
+#include <csignal>
+
 #include <unistd.h>
 
 namespace {
@@ -49,6 +51,7 @@ private slots:
     void initTestCase();
     void failingAndLastCalls_data();
     void failingAndLastCalls();
+    void whatSomebodyElseAddsStays();
     void campaignInjectedFaults();
 
 private:
@@ -175,11 +178,36 @@ void tst_Faults_Texts::failingAndLastCalls()
                 if (code >= 0 || way == Way::Beside) {
                     QCOMPARE(where + complaint(sandbox, before, after, looks, code), where);
                 }
+                // What has not reached the disk is not written.
+                QVERIFY2(call != QByteArray("fsync") || code != 0, qPrintable(where));
                 QCOMPARE(run(program), 0);
                 QVERIFY2(!sandbox.exists(".drask-unfinished"), qPrintable(where));
             }
         }
     }
+}
+
+void tst_Faults_Texts::whatSomebodyElseAddsStays()
+{
+    const test::Sandbox sandbox;
+    const test::Tracer tracer;
+    sandbox.write("file", oldText);
+    QStringList program = tracer.standStill("fsync", 1) + words(sandbox, "add", "root");
+    QProcess process;
+    process.start(program.takeFirst(), program);
+    int standing = 0;
+    while (standing == 0 && !process.waitForFinished(1)) {
+        standing = tracer.standingProgram();
+    }
+    QVERIFY(standing > 0);
+
+    sandbox.write("file", oldText + "somebody else's\n");
+    kill(standing, SIGCONT);
+
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(sandbox.read("file"), oldText + "somebody else's\n" + newText);
+    ++faults;
 }
 
 void tst_Faults_Texts::campaignInjectedFaults()

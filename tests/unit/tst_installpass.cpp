@@ -27,6 +27,8 @@ private slots:
     void lineEndsFollowTheHost();
     void hostFolderWithoutSlashIsPassedOver_data();
     void hostFolderWithoutSlashIsPassedOver();
+    void unfinishedFilesAreClearedWhereNothingIsToDo_data();
+    void unfinishedFilesAreClearedWhereNothingIsToDo();
 };
 
 using test::hostIn;
@@ -297,6 +299,40 @@ void tst_InstallPass::hostFolderWithoutSlashIsPassedOver()
     QCOMPARE(log.lines().value(2), QString("Debug: nothing to copy for  \"c4d\""));
     QCOMPARE(log.lines().value(3), QString("Debug: open file:  \"\""));
     QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
+}
+
+void tst_InstallPass::unfinishedFilesAreClearedWhereNothingIsToDo_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("subFolder");
+    QTest::addColumn<QString>("folder");
+
+    QTest::addRow("beside manager.cfg") << "modo"
+                                        << "/Scripts/drask"
+                                        << "modo/Scripts/drask";
+    QTest::addRow("beside userSetup.py") << "maya"
+                                         << "/scripts/drask"
+                                         << "maya/scripts";
+    QTest::addRow("beside houdini.env") << "houdini"
+                                        << "/Plugins/drask"
+                                        << "houdini";
+}
+
+void tst_InstallPass::unfinishedFilesAreClearedWhereNothingIsToDo()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, subFolder);
+    QFETCH(QString, folder);
+    const test::Sandbox sandbox;
+    const test::ProgramFolder programFolder;
+    sandbox.write(key + subFolder + "/version.txt", "7");
+    sandbox.write(key + subFolder + "/manager.cfg", plainConfig(programFolder));
+    sandbox.write(folder + "/.drask-unfinished", "ha");
+    const test::LogCapture log;
+
+    QCOMPARE(runPass({hostIn(sandbox, key, subFolder)}), 0);
+
+    QVERIFY(!sandbox.exists(folder + "/.drask-unfinished"));
 }
 
 DRASK_TEST_IN_OWN_FOLDER(tst_InstallPass)
