@@ -22,8 +22,8 @@ debian_packages() {
         coverage) echo "gcovr" ;;
         fuzz) echo "clang libclang-rt-dev" ;;
         bench) echo "hyperfine gnuplot-nox rsync time" ;;
-        docs) echo "doxygen graphviz mandoc" ;;
-        package) echo "file dpkg-dev" ;;
+        docs) echo "doxygen graphviz linkchecker lowdown mandoc" ;;
+        package) echo "bats dpkg-dev file" ;;
         *) fail "There is no list of packages for '$1'" ;;
     esac
 }
@@ -35,7 +35,7 @@ brew_packages() {
         coverage) echo "gcovr" ;;
         fuzz) echo "llvm" ;;
         bench) echo "hyperfine gnuplot rsync" ;;
-        docs) echo "doxygen graphviz mandoc" ;;
+        docs) echo "doxygen graphviz linkchecker lowdown mandoc" ;;
         test) echo "ccache" ;;
         memory | package) echo "" ;;
         *) fail "There is no list of packages for '$1'" ;;

@@ -1,22 +1,16 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# What the tests of the packages share: how they end, and a workstation to install on. Sourced.
-set -u
+# What the tests of the packages share: a few words, and a workstation to install on. Their packages
+# are in the folder DRASK_PACKAGES.
+bats_require_minimum_version 1.5.0
 export LC_ALL=C.UTF-8
 
-test_folder=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-repository=$(cd "$test_folder/../.." && pwd)
+repository=$(cd "$BATS_TEST_DIRNAME/../.." && pwd)
 version=$(sed -n 's/.*installerVersion = "\([0-9.]*\)".*/\1/p' "$repository/src/globals.h")
 
 fail() {
-    printf 'FAIL: %s\n' "$@" >&2
-    exit 1
-}
-
-# CTest counts this exit code as a test that was skipped.
-skip() {
-    printf 'SKIP: %s\n' "$*" >&2
-    exit 77
+    printf '%s\n' "$@"
+    return 1
 }
 
 want_tools() {
@@ -26,27 +20,25 @@ want_tools() {
     done
 }
 
-# the_package FOLDER PATTERN: prints the path of the one package that matches.
-the_package() {
-    local found
-    found=$(find "$1" -maxdepth 1 -name "$2")
-    [ -f "$found" ] || skip "no package $2 was built"
-    printf '%s\n' "$found"
+# want_package PATTERN: the path of the one package that matches becomes $package.
+want_package() {
+    package=$(find "$DRASK_PACKAGES" -maxdepth 1 -name "$1")
+    [ -f "$package" ] || skip "no package $1 was built"
 }
 
-# same_text WHAT ACTUAL EXPECTED
-same_text() {
+# same WHAT ACTUAL EXPECTED
+same() {
     [ "$2" = "$3" ] || fail "$1 should be" "$3" "but is" "$2"
+}
+
+# matches TEXT PATTERN
+matches() {
+    [[ $1 =~ $2 ]] || fail "This does not match $2:" "$1"
 }
 
 # below FOLDER: every file and link below it, sorted, relative to it.
 below() {
     (cd "$1" && find . ! -type d | sed 's|^\./||' | sort)
-}
-
-# has_line FILE LINE
-has_line() {
-    grep -qxF -- "$2" "$1" || fail "$1 lacks the line" "$2" "and holds" "$(cat "$1")"
 }
 
 put() {
@@ -86,7 +78,7 @@ TEXT
 # and nothing else, and they name the manager's folder MANAGER.
 verify_hosts() {
     local seen=$1 hosts=$2 manager=$3 folder
-    same_text "what the hosts hold" "$(below "$hosts")" "\
+    same "what the hosts hold" "$(below "$hosts")" "\
 blender/2.83/scripts/startup/adrask/__init__.py
 blender/2.83/scripts/startup/adrask/manager.cfg
 blender/2.83/scripts/startup/adrask/uninstall.ini
@@ -98,7 +90,7 @@ maya/2022/scripts/drask/uninstall.ini
 maya/2022/scripts/drask/version.txt
 maya/2022/scripts/userSetup.py"
     for folder in blender/2.83/scripts/startup/adrask maya/2022/scripts/drask; do
-        same_text "$folder/manager.cfg" "$(cat "$hosts/$folder/manager.cfg")" "\
+        same "$folder/manager.cfg" "$(cat "$hosts/$folder/manager.cfg")" "\
 Zoë Lindqvist
 /projects
 $manager/DraskDrop
@@ -107,8 +99,8 @@ $version
 1
 1"
     done
-    same_text "the plug-in of Blender" \
+    same "the plug-in of Blender" \
         "$(cat "$hosts/blender/2.83/scripts/startup/adrask/__init__.py")" "import drask"
-    same_text "userSetup.py" "$(cat "$hosts/maya/2022/scripts/userSetup.py")" \
+    same "userSetup.py" "$(cat "$hosts/maya/2022/scripts/userSetup.py")" \
         "#drask_installed $seen/maya/2022/scripts/drask"
 }

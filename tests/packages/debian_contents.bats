@@ -1,0 +1,53 @@
+#!/usr/bin/env bats
+# SPDX-License-Identifier: MIT
+# Reads the .deb without installing it.
+# shellcheck disable=SC2154 # support.bash sets them
+load support
+
+setup() {
+    want_tools dpkg-deb dpkg-parsechangelog readelf
+    want_package 'drask-installer_*.deb'
+    contents=$BATS_TEST_TMPDIR/contents
+    documents=$contents/usr/share/doc/drask-installer
+    dpkg-deb --extract "$package" "$contents"
+}
+
+field() {
+    dpkg-deb --field "$package" "$1"
+}
+
+@test "the package describes itself" {
+    same Package "$(field Package)" drask-installer
+    same Version "$(field Version)" "$version-1"
+    same Section "$(field Section)" utils
+    matches "$(field Maintainer)" '^.+ <[^ ]+@[^ ]+>$'
+    same "the first line of the description" "$(field Description | head -n 1)" \
+        "Installs, updates and removes the Drask plug-ins in 3D programs"
+}
+
+@test "the program takes the libraries of the distribution" {
+    matches "$(field Depends)" '(^|, )libqt5core5[^ ,]* \(>= 5\.'
+    matches "$(field Depends)" libc6
+    same "the search path" \
+        "$(readelf --dynamic "$contents/opt/drask/drask-installer" | grep -E 'R(UN)?PATH')" ""
+}
+
+@test "the package holds the program and its documents" {
+    same "what the package holds" "$(below "$contents")" "\
+opt/drask/drask-installer
+usr/share/doc/drask-installer/changelog.Debian.gz
+usr/share/doc/drask-installer/changelog.gz
+usr/share/doc/drask-installer/copyright
+usr/share/lintian/overrides/drask-installer
+usr/share/man/man1/drask-installer.1.gz"
+    cmp "$documents/copyright" "$repository/LICENSE"
+    zcat "$documents/changelog.gz" | cmp - "$repository/CHANGELOG.md"
+    zcat "$documents/changelog.Debian.gz" >"$contents/changelog"
+    same "the version in the change log" \
+        "$(dpkg-parsechangelog --file "$contents/changelog" --show-field Version)" "$version-1"
+}
+
+@test "all files belong to root" {
+    same "whose files are not of root" \
+        "$(dpkg-deb --contents "$package" | grep -v ' root/root ')" ""
+}
