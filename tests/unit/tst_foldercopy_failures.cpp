@@ -169,37 +169,52 @@ void tst_FolderCopyFailures::manifestThatCannotBeWrittenIsAFailure_data()
 {
     QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("listed");
+    QTest::addColumn<QString>("subFolder");
+    QTest::addColumn<QStringList>("listed");
+    QTest::addColumn<bool>("isEndReached");
 
+    const QString shelf = "prefs/shelves/shelf_DraskGrex.mel";
+    const QString none;
     QTest::newRow("a folder of files") << "plugin"
-                                       << "a.py"
-                                       << "a.py";
-    QTest::newRow("a folder with subfolders") << "plugin"
-                                              << "sub/a.py"
-                                              << "sub/a.py";
+                                       << "a.py" << none << QStringList("a.py") << true;
+    QTest::newRow("a file of a subfolder") << "plugin"
+                                           << "sub/a.py"
+                                           << "sub" << QStringList("sub/a.py") << false;
+    QTest::newRow("a file beside a subfolder") << "plugin"
+                                               << "a.py"
+                                               << "sub" << QStringList("a.py") << true;
     QTest::newRow("the shelf of Maya") << "plugins/maya"
                                        << "drask_uninstall.py"
-                                       << "prefs/shelves/shelf_DraskGrex.mel";
+                                       << "sub" << QStringList({shelf, "sub/" + shelf}) << false;
 }
 
 void tst_FolderCopyFailures::manifestThatCannotBeWrittenIsAFailure()
 {
     QFETCH(QString, source);
     QFETCH(QString, file);
-    QFETCH(QString, listed);
+    QFETCH(QString, subFolder);
+    QFETCH(QStringList, listed);
+    QFETCH(bool, isEndReached);
     if (!QFile::exists("/dev/full")) {
         QSKIP("There is no /dev/full here.");
     }
     test::CopySandbox sandbox;
+    sandbox.makeFolder(source + '/' + subFolder);
     sandbox.write(source + '/' + file, "a");
     sandbox.makeFolder("host");
     sandbox.makeLink("/dev/full", "host/uninstall.ini");
+    QStringList log(firstManifest);
+    for (const QString &name : listed) {
+        log << "Debug: Could not list file \"host/" + name + '"';
+    }
+    if (isEndReached) {
+        log << "Debug: Could not write manifest to the disk \"host/uninstall.ini\"";
+    }
 
     QCOMPARE(sandbox.copy(source, "host"), 1);
 
     QCOMPARE(sandbox.read("host/" + file), QByteArray("a"));
-    QCOMPARE(sandbox.log().mid(1, 1),
-             QStringList("Debug: Could not list file \"host/" + listed + '"'));
+    QCOMPARE(sandbox.log(), log);
 }
 
 void tst_FolderCopyFailures::folderInTheFilesPlaceIsARightsProblem()
