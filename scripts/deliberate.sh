@@ -29,7 +29,7 @@ check_test() {
         scenarios/*)
             [ -n "$(find tests/endtoend/scenarios -name "${test#scenarios/}.*")" ] ;;
         *)
-            grep -qE "void ${test#*: }\(\);" tests/*/"${test%%:*}.cpp" 2>/dev/null ;;
+            grep -qE "void ${test#*: }\(\);?$" tests/*/"${test%%:*}.cpp" 2>/dev/null ;;
     esac || complain "$entry: there is no test $test"
 }
 

@@ -86,7 +86,7 @@ run_target() {
     mkdir -p "$work/corpus"
     # The work tree keeps the seeds alone.
     cp "$repository/tests/fuzz/corpus/$target/"* "$work/corpus/"
-    cp "$repository/tests/fuzz/dictionaries/$target.dict" "$work/words.dict"
+    cat "$repository/tests/fuzz/dictionaries/"{common,"$target"}.dict >"$work/words.dict"
     chmod -R a+rwX "$scratch"
     TMPDIR=$scratch "$build/tests/fuzz/$target" -max_total_time="$seconds" -max_len=20000 \
         -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 -dict="$work/words.dict" \

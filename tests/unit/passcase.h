@@ -1,17 +1,28 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "globals.h"
 #include "hostsetup.h"
 #include "installpass.h"
+#include "logcapture.h"
 #include "managersettings.h"
 #include "programfolder.h"
 
-#include <QList>
-#include <QString>
-#include <QStringList>
-
 /// What the tests of the install pass share.
 namespace test {
+
+/// A folder for hosts, the program's own, and the log; the globals are as they start.
+struct PassCase : Sandbox {
+    PassCase()
+    {
+        username.clear();
+        localProjectsFolder.clear();
+        onlyWriteConfig = false;
+    }
+
+    const ProgramFolder program;
+    const LogCapture log;
+};
 
 /// A host in a folder of \a sandbox that bears its key, whose plug-in is shipped in the folder
 /// "shipped KEY" in the version 7.

@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "installer/plugininstaller.h"
-#include "logcapture.h"
-#include "ordinaryuser.h"
-#include "sandbox.h"
-#include "testprogram.h"
-
-#include <QtTest>
+#include "loggedsandbox.h"
+#include "unitcase.h"
 
 namespace {
 
@@ -18,121 +14,75 @@ int edit(const test::Sandbox &sandbox)
 
 class tst_Clarisse : public QObject {
     Q_OBJECT
-
 private slots:
-    void missingScriptIsMade();
-    void scriptWithTheImportIsLeftAlone_data();
-    void scriptWithTheImportIsLeftAlone();
-    void scriptWithoutTheImportIsExtendedByteForByte_data();
-    void scriptWithoutTheImportIsExtendedByteForByte();
-    void folderInTheScriptsPlaceFailsSilently();
-    void missingParentFolderFailsSilently();
-    void scriptThatMayNotBeWrittenFailsSilently();
-};
-
-void tst_Clarisse::missingScriptIsMade()
-{
-    const test::Sandbox sandbox;
-    const test::LogCapture log;
-
-    QCOMPARE(edit(sandbox), 0);
-    QCOMPARE(test::treeDifference(sandbox.tree(), {{"startup.py", "\nimport drask\n"}}), QString());
-    QCOMPARE(log.lines(), QStringList());
-}
-
-void tst_Clarisse::scriptWithTheImportIsLeftAlone_data()
-{
-    QTest::addColumn<QByteArray>("content");
-
-    QTest::newRow("on a line of its own") << QByteArray("import ix\nimport drask\nix.go()\n");
-    QTest::newRow("without a line end") << QByteArray("import drask");
-    QTest::newRow("with a carriage return") << QByteArray("import drask\r\n");
-    QTest::newRow("under another name") << QByteArray("import drask as d\n");
-    QTest::newRow("of a module with a longer name") << QByteArray("import draskette\n");
-    QTest::newRow("in a comment") << QByteArray("# import drask, some day\n");
-    QTest::newRow("in the middle of a word") << QByteArray("reimport drasks\n");
-    QTest::newRow("behind a byte-order mark") << QByteArray("\xef\xbb\xbfimport drask\n");
-    QTest::newRow("among bytes that are no UTF-8") << QByteArray("\x80\xffimport drask\x80");
-}
-
-void tst_Clarisse::scriptWithTheImportIsLeftAlone()
-{
-    QFETCH(QByteArray, content);
-    const test::Sandbox sandbox;
-    sandbox.write("startup.py", content);
-    sandbox.age("startup.py");
-    const test::LogCapture log;
-
-    QCOMPARE(edit(sandbox), 0);
-    QCOMPARE(sandbox.read("startup.py"), content);
-    QVERIFY(sandbox.isAged("startup.py"));
-    QCOMPARE(log.lines(), QStringList());
-}
-
-void tst_Clarisse::scriptWithoutTheImportIsExtendedByteForByte_data()
-{
-    QTest::addColumn<QByteArray>("content");
-
-    QTest::newRow("an empty script") << QByteArray("");
-    QTest::newRow("a last line without its end") << QByteArray("import ix");
-    QTest::newRow("carriage returns") << QByteArray("import ix\r\nix.go()\r\n");
-    QTest::newRow("a byte-order mark") << QByteArray("\xef\xbb\xbfimport ix\n");
-    QTest::newRow("bytes that are no UTF-8") << QByteArray("# \xff\xfe\x80\x00\n", 7);
-    QTest::newRow("the import in other letter case") << QByteArray("Import Drask\nIMPORT DRASK\n");
-    QTest::newRow("the import with two blanks") << QByteArray("import  drask\n");
-    QTest::newRow("the import with a tab") << QByteArray("import\tdrask\n");
-    QTest::newRow("the import on two lines") << QByteArray("import \\\ndrask\nimport \ndrask\n");
-    QTest::newRow("an import from the module") << QByteArray("from drask import go\n");
-}
-
-void tst_Clarisse::scriptWithoutTheImportIsExtendedByteForByte()
-{
-    QFETCH(QByteArray, content);
-    const test::Sandbox sandbox;
-    sandbox.write("startup.py", content);
-    const test::LogCapture log;
-
-    QCOMPARE(edit(sandbox), 0);
-    QCOMPARE(test::treeDifference(sandbox.tree(), {{"startup.py", content + "\nimport drask\n"}}),
-             QString());
-    QCOMPARE(log.lines(), QStringList());
-}
-
-void tst_Clarisse::folderInTheScriptsPlaceFailsSilently()
-{
-    const test::Sandbox sandbox;
-    sandbox.makeFolder("startup.py");
-    const test::LogCapture log;
-
-    QCOMPARE(edit(sandbox), 1);
-    QCOMPARE(test::treeDifference(sandbox.tree(), {{"startup.py/", ""}}), QString());
-    QCOMPARE(log.lines(), QStringList());
-}
-
-void tst_Clarisse::missingParentFolderFailsSilently()
-{
-    const test::Sandbox sandbox;
-    const test::LogCapture log;
-
-    QCOMPARE(PluginInstaller::editClarisseStartup(sandbox.path("none/startup.py")), 1);
-    QCOMPARE(test::treeDifference(sandbox.tree(), {}), QString());
-    QCOMPARE(log.lines(), QStringList());
-}
-
-void tst_Clarisse::scriptThatMayNotBeWrittenFailsSilently()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("startup.py", "import ix\n");
-    const test::ReadOnly lock(sandbox.path("startup.py"));
-    const test::LogCapture log;
+    void missingScriptIsMade()
     {
-        BECOME_ORDINARY_USER_OR_SKIP();
-        QCOMPARE(edit(sandbox), 1);
+        const test::LoggedSandbox sandbox;
+        QCOMPARE(edit(sandbox), 0);
+        VERIFY_TREE(sandbox, {{"startup.py", "\nimport drask\n"}});
+        QCOMPARE(sandbox.log.lines(), QStringList());
     }
 
-    QCOMPARE(sandbox.read("startup.py"), QByteArray("import ix\n"));
-    QCOMPARE(log.lines(), QStringList());
-}
+    void scriptWithTheImportIsLeftAlone_data()
+    {
+        const test::Table<QByteArray> table("content");
+        table.row("on a line of its own", "import ix\nimport drask\nix.go()\n");
+        table.row("without a line end", "import drask");
+        table.row("with a carriage return", "import drask\r\n");
+        table.row("under another name", "import drask as d\n");
+        table.row("of a module with a longer name", "import draskette\n");
+        table.row("in a comment", "# import drask, some day\n");
+        table.row("in the middle of a word", "reimport drasks\n");
+        table.row("behind a byte-order mark", "\xef\xbb\xbfimport drask\n");
+        table.row("among bytes that are no UTF-8", "\x80\xffimport drask\x80");
+    }
+
+    void scriptWithTheImportIsLeftAlone()
+    {
+        QFETCH(QByteArray, content);
+        const test::LoggedSandbox sandbox;
+        sandbox.write("startup.py", content);
+        sandbox.age("startup.py");
+        QCOMPARE(edit(sandbox), 0);
+        QCOMPARE(sandbox.read("startup.py"), content);
+        QVERIFY(sandbox.isAged("startup.py"));
+        QCOMPARE(sandbox.log.lines(), QStringList());
+    }
+
+    void scriptWithoutTheImportIsExtendedByteForByte_data()
+    {
+        const test::Table<QByteArray> table("content");
+        table.row("an empty script", "");
+        table.row("a last line without its end", "import ix");
+        table.row("carriage returns", "import ix\r\nix.go()\r\n");
+        table.row("a byte-order mark", "\xef\xbb\xbfimport ix\n");
+        table.row("bytes that are no UTF-8", QByteArray("# \xff\xfe\x80\x00\n", 7));
+        table.row("the import in other letter case", "Import Drask\nIMPORT DRASK\n");
+        table.row("the import with two blanks", "import  drask\n");
+        table.row("the import with a tab", "import\tdrask\n");
+        table.row("the import on two lines", "import \\\ndrask\nimport \ndrask\n");
+        table.row("an import from the module", "from drask import go\n");
+    }
+
+    void scriptWithoutTheImportIsExtendedByteForByte()
+    {
+        QFETCH(QByteArray, content);
+        const test::LoggedSandbox sandbox;
+        sandbox.write("startup.py", content);
+        QCOMPARE(edit(sandbox), 0);
+        VERIFY_TREE(sandbox, {{"startup.py", content + "\nimport drask\n"}});
+        QCOMPARE(sandbox.log.lines(), QStringList());
+    }
+
+    void folderInTheScriptsPlaceFailsSilently()
+    {
+        const test::LoggedSandbox sandbox;
+        sandbox.makeFolder("startup.py");
+        QCOMPARE(edit(sandbox), 1);
+        VERIFY_TREE(sandbox, {{"startup.py/", ""}});
+        QCOMPARE(sandbox.log.lines(), QStringList());
+    }
+};
 
 DRASK_TEST(tst_Clarisse)
 #include "tst_clarisse.moc"

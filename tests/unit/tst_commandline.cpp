@@ -2,24 +2,12 @@
 #include "commandline.h"
 
 #include "localecodec.h"
-#include "testprogram.h"
-
-#include <QtTest>
+#include "unitcase.h"
 
 Q_DECLARE_METATYPE(RunMode)
 
 using Words = std::vector<QByteArray>;
 Q_DECLARE_METATYPE(Words)
-
-class tst_CommandLine : public QObject {
-    Q_OBJECT
-
-private slots:
-    void wordsChooseTheMode_data();
-    void wordsChooseTheMode();
-    void operandIsReadInTheLocalEncoding();
-    void noWordAtAllInstalls();
-};
 
 namespace {
 
@@ -74,57 +62,56 @@ void addWordsThatAreNoMode()
 
 } // namespace
 
-void tst_CommandLine::wordsChooseTheMode_data()
-{
-    QTest::addColumn<Words>("words");
-    QTest::addColumn<RunMode>("mode");
-    QTest::addColumn<QString>("operand");
+class tst_CommandLine : public QObject {
+    Q_OBJECT
+private slots:
+    void wordsChooseTheMode_data()
+    {
+        QTest::addColumn<Words>("words");
+        QTest::addColumn<RunMode>("mode");
+        QTest::addColumn<QString>("operand");
 
-    addRow("no argument", {}, RunMode::Install);
-    addRow("only write config", {"onlyWriteConfig"}, RunMode::OnlyWriteConfig);
-    addRow("reinstall", {"reinstall"}, RunMode::Reinstall);
-    addRow("reinstall in double quotes", {"\"reinstall\""}, RunMode::Reinstall);
-    addRow("uninstall all plug-ins", {"uninstallAllPlugins"}, RunMode::UninstallAll);
-    addRow("uninstall a plug-in", {"uninstallPlugin", "(maya) /m"}, RunMode::UninstallPlugin,
-           "(maya) /m");
-    addRow("remove legacy plug-ins", {"ov3uninstall", "/list"}, RunMode::Ov3Uninstall, "/list");
+        addRow("no argument", {}, RunMode::Install);
+        addRow("only write config", {"onlyWriteConfig"}, RunMode::OnlyWriteConfig);
+        addRow("reinstall", {"reinstall"}, RunMode::Reinstall);
+        addRow("reinstall in double quotes", {"\"reinstall\""}, RunMode::Reinstall);
+        addRow("uninstall all plug-ins", {"uninstallAllPlugins"}, RunMode::UninstallAll);
+        addRow("uninstall a plug-in", {"uninstallPlugin", "(maya) /m"}, RunMode::UninstallPlugin,
+               "(maya) /m");
+        addRow("remove legacy plug-ins", {"ov3uninstall", "/list"}, RunMode::Ov3Uninstall, "/list");
 
-    addRow("an empty operand is an operand", {"uninstallPlugin", ""}, RunMode::UninstallPlugin);
-    addRow("an empty list file is an operand", {"ov3uninstall", ""}, RunMode::Ov3Uninstall);
-    addRow("uninstallPlugin without its operand", {"uninstallPlugin"}, RunMode::Install);
-    addRow("ov3uninstall without its operand", {"ov3uninstall"}, RunMode::Install);
-    addWordsBehindWords();
-    addWordsThatAreNoMode();
-}
+        addRow("an empty operand is an operand", {"uninstallPlugin", ""}, RunMode::UninstallPlugin);
+        addRow("an empty list file is an operand", {"ov3uninstall", ""}, RunMode::Ov3Uninstall);
+        addRow("uninstallPlugin without its operand", {"uninstallPlugin"}, RunMode::Install);
+        addRow("ov3uninstall without its operand", {"ov3uninstall"}, RunMode::Install);
+        addWordsBehindWords();
+        addWordsThatAreNoMode();
+    }
 
-void tst_CommandLine::wordsChooseTheMode()
-{
-    QFETCH(Words, words);
-    QFETCH(RunMode, mode);
-    QFETCH(QString, operand);
+    void wordsChooseTheMode()
+    {
+        QFETCH(Words, words);
+        QFETCH(RunMode, mode);
+        QFETCH(QString, operand);
+        const CommandLine commandLine = read(words);
+        QCOMPARE(commandLine.mode, mode);
+        QCOMPARE(commandLine.operand, operand);
+    }
 
-    const CommandLine commandLine = read(words);
+    void operandIsReadInTheLocalEncoding()
+    {
+        const test::Latin1Locale locale;
+        const CommandLine commandLine = read({"uninstallPlugin", "(maya) /h\xf6st"});
+        QCOMPARE(commandLine.operand, QString::fromUtf8("(maya) /höst"));
+    }
 
-    QCOMPARE(commandLine.mode, mode);
-    QCOMPARE(commandLine.operand, operand);
-}
-
-void tst_CommandLine::operandIsReadInTheLocalEncoding()
-{
-    const test::Latin1Locale locale;
-
-    const CommandLine commandLine = read({"uninstallPlugin", "(maya) /h\xf6st"});
-
-    QCOMPARE(commandLine.operand, QString::fromUtf8("(maya) /höst"));
-}
-
-void tst_CommandLine::noWordAtAllInstalls()
-{
-    const CommandLine commandLine = readCommandLine({});
-
-    QCOMPARE(commandLine.mode, RunMode::Install);
-    QCOMPARE(commandLine.operand, QString());
-}
+    void noWordAtAllInstalls()
+    {
+        const CommandLine commandLine = readCommandLine({});
+        QCOMPARE(commandLine.mode, RunMode::Install);
+        QCOMPARE(commandLine.operand, QString());
+    }
+};
 
 DRASK_TEST(tst_CommandLine)
 #include "tst_commandline.moc"

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "driver.h"
 #include "programfolder.h"
-#include "testprogram.h"
 #include "uninstaller/ov3uninstaller.h"
+#include "unitcase.h"
 
 #include <QLoggingCategory>
-#include <QtTest>
 
 #include <utility>
 
@@ -22,15 +21,6 @@ int Ov3Uninstaller::deleteOldPlugins(QString listFile)
     removedList = std::move(listFile);
     return resultOfRemoval;
 }
-
-/// What the driver makes of the result of the legacy removal.
-class tst_DriverLegacyRemoval : public QObject {
-    Q_OBJECT
-
-private slots:
-    void onlyAFailureIsReported_data();
-    void onlyAFailureIsReported();
-};
 
 namespace {
 
@@ -55,39 +45,40 @@ int run(int argc, char *argv[])
 
 } // namespace
 
-void tst_DriverLegacyRemoval::onlyAFailureIsReported_data()
-{
-    QTest::addColumn<int>("result");
-    QTest::addColumn<QByteArray>("log");
-    QTest::addColumn<QByteArray>("errors");
+/// What the driver makes of the result of the legacy removal.
+class tst_DriverLegacyRemoval : public QObject {
+    Q_OBJECT
+private slots:
+    void onlyAFailureIsReported_data()
+    {
+        const test::Table<int, QByteArray, QByteArray> table("result", "log", "errors");
+        const QByteArray failed = "Removal of old plugins failed, please remove manually.\n";
+        table.row("more than zero", 7, "Debug: 7\n", failed);
+        table.row("one", 1, "Debug: 1\n", failed);
+        table.row("zero", 0, "Debug: 0\n", QByteArray());
+        table.row("less than zero", -3, "Debug: -3\n", QByteArray());
+    }
 
-    const QByteArray failed = "Removal of old plugins failed, please remove manually.\n";
-    QTest::newRow("more than zero") << 7 << QByteArray("Debug: 7\n") << failed;
-    QTest::newRow("one") << 1 << QByteArray("Debug: 1\n") << failed;
-    QTest::newRow("zero") << 0 << QByteArray("Debug: 0\n") << QByteArray();
-    QTest::newRow("less than zero") << -3 << QByteArray("Debug: -3\n") << QByteArray();
-}
+    void onlyAFailureIsReported()
+    {
+        QFETCH(int, result);
+        QFETCH(QByteArray, log);
+        QFETCH(QByteArray, errors);
+        char program[] = "x";
+        char word[] = "ov3uninstall";
+        char list[] = "/nowhere";
+        char *words[] = {program, word, list, nullptr};
+        const test::ProgramFolder folder = emptyProgramFolder(1, words);
+        const test::Sandbox sandbox;
+        const test::WorkingFolder workingFolder(sandbox.path());
+        resultOfRemoval = result;
 
-void tst_DriverLegacyRemoval::onlyAFailureIsReported()
-{
-    QFETCH(int, result);
-    QFETCH(QByteArray, log);
-    QFETCH(QByteArray, errors);
-    char program[] = "x";
-    char word[] = "ov3uninstall";
-    char list[] = "/nowhere";
-    char *words[] = {program, word, list, nullptr};
-    const test::ProgramFolder folder = emptyProgramFolder(1, words);
-    const test::Sandbox sandbox;
-    const test::WorkingFolder workingFolder(sandbox.path());
-    resultOfRemoval = result;
-
-    QCOMPARE(run(3, words), result);
-
-    QCOMPARE(removedList, QString("/nowhere"));
-    QCOMPARE(folder.read("plugin.log"), log);
-    QCOMPARE(folder.read("pluginError.txt"), errors);
-}
+        QCOMPARE(run(3, words), result);
+        QCOMPARE(removedList, QString("/nowhere"));
+        QCOMPARE(folder.read("plugin.log"), log);
+        QCOMPARE(folder.read("pluginError.txt"), errors);
+    }
+};
 
 DRASK_TEST_WITHOUT_APPLICATION(tst_DriverLegacyRemoval)
 

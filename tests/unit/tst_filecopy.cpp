@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "disk/filecopy.h"
-#include "sandbox.h"
-#include "testprogram.h"
-
-#include <QtTest>
+#include "unitcase.h"
 
 #include <sys/stat.h>
 
@@ -27,252 +24,200 @@ int openFiles()
 /// How a copied file comes onto the disk.
 class tst_FileCopy : public QObject {
     Q_OBJECT
-
 private slots:
-    void copyHasTheContent_data();
-    void copyHasTheContent();
-    void copyHasThePermissionBits_data();
-    void copyHasThePermissionBits();
-    void secondCopyIsWholeToo();
-    void outcomeIsThatOfQt_data();
-    void outcomeIsThatOfQt();
-    void whatIsThereStays_data();
-    void whatIsThereStays();
-    void fileThatTakesItsOwnPlaceIsGone();
-
-    void placedFileIsOpenedForReadingAndWriting();
-    void missingFileIsMadeEmpty();
-    void folderIsNoPlacedFile();
-    void fewFilesAreOpenAtOnce();
-    void placedPipeIsNotLost();
-};
-
-void tst_FileCopy::copyHasTheContent_data()
-{
-    QTest::addColumn<int>("size");
-
-    QTest::newRow("no byte") << 0;
-    QTest::newRow("one byte") << 1;
-    QTest::newRow("a page and a byte") << 4097;
-    QTest::newRow("a block less one byte") << 65535;
-    QTest::newRow("some megabytes") << 3000000;
-}
-
-void tst_FileCopy::copyHasTheContent()
-{
-    QFETCH(int, size);
-    const test::Sandbox sandbox;
-    QByteArray content(size, 'x');
-    for (int index = 0; index < size; index += 1000) {
-        content[index] = static_cast<char>(index / 1000);
-    }
-    sandbox.write("a", content);
-
-    QVERIFY(FileCopier(sandbox.path("a")).copyTo(sandbox.path("b")));
-
-    QVERIFY(sandbox.read("b") == content);
-}
-
-void tst_FileCopy::copyHasThePermissionBits_data()
-{
-    QTest::addColumn<unsigned int>("bits");
-    QTest::addColumn<unsigned int>("copied");
-
-    QTest::newRow("a file of the owner's") << 0600U << 0600U;
-    QTest::newRow("a program") << 0755U << 0755U;
-    QTest::newRow("what the mask of new files forbids") << 0666U << 0666U;
-    QTest::newRow("read-only") << 0444U << 0444U;
-    QTest::newRow("a program that runs as its owner") << 04755U << 0755U;
-    QTest::newRow("with the sticky bit") << 01644U << 0644U;
-}
-
-void tst_FileCopy::copyHasThePermissionBits()
-{
-    QFETCH(unsigned int, bits);
-    const test::Sandbox sandbox;
-    sandbox.write("a", "a");
-    QCOMPARE(chmod(QFile::encodeName(sandbox.path("a")).constData(), bits), 0);
-
-    QVERIFY(FileCopier(sandbox.path("a")).copyTo(sandbox.path("b")));
-
-    QTEST(bitsOf(sandbox.path("b")), "copied");
-}
-
-void tst_FileCopy::secondCopyIsWholeToo()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("a", "some text");
-    FileCopier copier(sandbox.path("a"));
-
-    QVERIFY(copier.copyTo(sandbox.path("b")));
-    QVERIFY(copier.copyTo(sandbox.path("c")));
-
-    QCOMPARE(sandbox.read("b"), QByteArray("some text"));
-    QCOMPARE(sandbox.read("c"), QByteArray("some text"));
-}
-
-void tst_FileCopy::outcomeIsThatOfQt_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("target");
-
-    QTest::newRow("a file") << "@/file"
-                            << "new";
-    QTest::newRow("a link to a file") << "@/link"
-                                      << "new";
-    QTest::newRow("a file of the system's that has no size") << "/proc/version"
-                                                             << "new";
-    QTest::newRow("a device") << "/dev/null"
-                              << "new";
-    QTest::newRow("a folder") << "@/folder"
-                              << "new";
-    QTest::newRow("a missing file") << "@/nowhere"
-                                    << "new";
-    QTest::newRow("a dangling link") << "@/dangling"
-                                     << "new";
-    QTest::newRow("onto a file") << "@/file"
-                                 << "other";
-    QTest::newRow("onto itself") << "@/file"
-                                 << "file";
-    QTest::newRow("onto a folder") << "@/file"
-                                   << "folder";
-    QTest::newRow("onto a dangling link") << "@/file"
-                                          << "dangling";
-    QTest::newRow("onto a link to a file") << "@/file"
-                                           << "link";
-    QTest::newRow("into a missing folder") << "@/file"
-                                           << "nowhere/new";
-    QTest::newRow("into a file") << "@/file"
-                                 << "other/new";
-    QTest::newRow("to a name too long") << "@/file" << QString(256, 'x');
-}
-
-void tst_FileCopy::outcomeIsThatOfQt()
-{
-    QFETCH(QString, source);
-    QFETCH(QString, target);
-    const test::Sandbox sandbox;
-    sandbox.write("shared", "a");
-    bool results[2];
-    test::Tree trees[2];
-    for (int way = 0; way < 2; ++way) {
-        const test::Folder folder(sandbox.path(QString::number(way)));
-        folder.write("file", "a");
-        folder.write("other", "b");
-        folder.makeFolder("folder");
-        folder.makeLink(sandbox.path("shared"), "link");
-        folder.makeLink("/nowhere/at/all", "dangling");
-        const QString from = QString(source).replace('@', folder.path());
-        const QString to = folder.path(target);
-        results[way] = way == 0 ? QFile::copy(from, to) : FileCopier(from).copyTo(to);
-        trees[way] = folder.tree();
-    }
-
-    QCOMPARE(results[1], results[0]);
-    QCOMPARE(test::treeDifference(trees[1], trees[0]), QString());
-}
-
-void tst_FileCopy::whatIsThereStays_data()
-{
-    QTest::addColumn<QString>("target");
-
-    QTest::newRow("a file") << "old";
-    QTest::newRow("a link") << "link";
-}
-
-void tst_FileCopy::whatIsThereStays()
-{
-    QFETCH(QString, target);
-    const test::Sandbox sandbox;
-    sandbox.write("a", "new");
-    sandbox.write("old", "old");
-    sandbox.makeLink("old", "link");
-    sandbox.age("old");
-
-    QVERIFY(!FileCopier(sandbox.path("a")).copyTo(sandbox.path(target)));
-
-    QVERIFY(sandbox.isAged("old"));
-    QCOMPARE(QFile::symLinkTarget(sandbox.path("link")), sandbox.path("old"));
-}
-
-void tst_FileCopy::fileThatTakesItsOwnPlaceIsGone()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("a", "a");
-    FileCopier copier(sandbox.path("a"));
-    QVERIFY(QFile::remove(sandbox.path("a")));
-
-    QVERIFY(!copier.copyTo(sandbox.path("a")));
-
-    QVERIFY(!sandbox.exists("a"));
-}
-
-void tst_FileCopy::placedFileIsOpenedForReadingAndWriting()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("a", "a");
-    sandbox.age("a");
-    PlacedFiles placed;
-
-    QVERIFY(placed.open(sandbox.path("a")));
-    QCOMPARE(placed.bringToDisk(), QStringList());
-
-    QVERIFY(sandbox.isAged("a"));
-}
-
-void tst_FileCopy::missingFileIsMadeEmpty()
-{
-    const test::Sandbox sandbox;
-    PlacedFiles placed;
-
-    QVERIFY(placed.open(sandbox.path("a")));
-
-    QVERIFY(sandbox.exists("a"));
-    QCOMPARE(sandbox.read("a"), QByteArray());
-}
-
-void tst_FileCopy::folderIsNoPlacedFile()
-{
-    const test::Sandbox sandbox;
-    sandbox.makeFolder("folder");
-    sandbox.write("file", "a");
-    PlacedFiles placed;
-
-    QVERIFY(!placed.open(sandbox.path("folder")));
-    QVERIFY(!placed.open(sandbox.path("file/a")));
-    QVERIFY(!placed.open(sandbox.path("nowhere/a")));
-}
-
-void tst_FileCopy::fewFilesAreOpenAtOnce()
-{
-    if (!QFileInfo::exists("/proc/self/fd")) {
-        QSKIP("The open files are looked up in /proc.");
-    }
-    const test::Sandbox sandbox;
-    const int before = openFiles();
-    int most = 0;
+    void copyHasTheContent_data()
     {
-        PlacedFiles placed;
-        for (int number = 0; number < 1000; ++number) {
-            QVERIFY(placed.open(sandbox.path(QString::number(number))));
-            most = qMax(most, openFiles());
-        }
+        const test::Table<int> table("size");
+        table.row("no byte", 0);
+        table.row("one byte", 1);
+        table.row("a page and a byte", 4097);
+        table.row("a block less one byte", 65535);
+        table.row("some megabytes", 3000000);
     }
 
-    QVERIFY(most > before);
-    QVERIFY(most - before <= 64);
-    QCOMPARE(openFiles(), before);
-}
+    void copyHasTheContent()
+    {
+        QFETCH(int, size);
+        const test::Sandbox sandbox;
+        QByteArray content(size, 'x');
+        for (int index = 0; index < size; index += 1000) {
+            content[index] = static_cast<char>(index / 1000);
+        }
+        sandbox.write("a", content);
 
-void tst_FileCopy::placedPipeIsNotLost()
-{
-    const test::Sandbox sandbox;
-    QCOMPARE(mkfifo(QFile::encodeName(sandbox.path("pipe")).constData(), 0600), 0);
-    PlacedFiles placed;
+        QVERIFY(FileCopier(sandbox.path("a")).copyTo(sandbox.path("b")));
+        QVERIFY(sandbox.read("b") == content);
+    }
 
-    QVERIFY(placed.open(sandbox.path("pipe")));
-    QCOMPARE(placed.bringToDisk(), QStringList());
-}
+    void copyHasThePermissionBits_data()
+    {
+        const test::Table<unsigned int, unsigned int> table("bits", "copied");
+        table.row("a file of the owner's", 0600U, 0600U);
+        table.row("a program", 0755U, 0755U);
+        table.row("what the mask of new files forbids", 0666U, 0666U);
+        table.row("read-only", 0444U, 0444U);
+        table.row("a program that runs as its owner", 04755U, 0755U);
+        table.row("with the sticky bit", 01644U, 0644U);
+    }
+
+    void copyHasThePermissionBits()
+    {
+        QFETCH(unsigned int, bits);
+        const test::Sandbox sandbox;
+        sandbox.write("a", "a");
+        QCOMPARE(chmod(QFile::encodeName(sandbox.path("a")).constData(), bits), 0);
+        QVERIFY(FileCopier(sandbox.path("a")).copyTo(sandbox.path("b")));
+        QTEST(bitsOf(sandbox.path("b")), "copied");
+    }
+
+    void secondCopyIsWholeToo()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("a", "some text");
+        FileCopier copier(sandbox.path("a"));
+        QVERIFY(copier.copyTo(sandbox.path("b")));
+        QVERIFY(copier.copyTo(sandbox.path("c")));
+        QCOMPARE(sandbox.read("b"), QByteArray("some text"));
+        QCOMPARE(sandbox.read("c"), QByteArray("some text"));
+    }
+
+    void outcomeIsThatOfQt_data()
+    {
+        const test::Table<QString, QString> table("source", "target");
+        table.row("a file", "@/file", "new");
+        table.row("a link to a file", "@/link", "new");
+        table.row("a file of the system's that has no size", "/proc/version", "new");
+        table.row("a device", "/dev/null", "new");
+        table.row("a folder", "@/folder", "new");
+        table.row("a missing file", "@/nowhere", "new");
+        table.row("a dangling link", "@/dangling", "new");
+        table.row("onto a file", "@/file", "other");
+        table.row("onto itself", "@/file", "file");
+        table.row("onto a folder", "@/file", "folder");
+        table.row("onto a dangling link", "@/file", "dangling");
+        table.row("onto a link to a file", "@/file", "link");
+        table.row("into a missing folder", "@/file", "nowhere/new");
+        table.row("into a file", "@/file", "other/new");
+        table.row("to a name too long", "@/file", QString(256, 'x'));
+    }
+
+    void outcomeIsThatOfQt()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, target);
+        const test::Sandbox sandbox;
+        sandbox.write("shared", "a");
+        bool results[2];
+        test::Tree trees[2];
+        for (int way = 0; way < 2; ++way) {
+            const test::Folder folder(sandbox.path(QString::number(way)));
+            folder.write("file", "a");
+            folder.write("other", "b");
+            folder.makeFolder("folder");
+            folder.makeLink(sandbox.path("shared"), "link");
+            folder.makeLink("/nowhere/at/all", "dangling");
+            const QString from = QString(source).replace('@', folder.path());
+            const QString to = folder.path(target);
+            results[way] = way == 0 ? QFile::copy(from, to) : FileCopier(from).copyTo(to);
+            trees[way] = folder.tree();
+        }
+
+        QCOMPARE(results[1], results[0]);
+        QCOMPARE(test::treeDifference(trees[1], trees[0]), QString());
+    }
+
+    void whatIsThereStays_data()
+    {
+        const test::Table<QString> table("target");
+        table.row("a file", "old");
+        table.row("a link", "link");
+    }
+
+    void whatIsThereStays()
+    {
+        QFETCH(QString, target);
+        const test::Sandbox sandbox;
+        sandbox.write("a", "new");
+        sandbox.write("old", "old");
+        sandbox.makeLink("old", "link");
+        sandbox.age("old");
+
+        QVERIFY(!FileCopier(sandbox.path("a")).copyTo(sandbox.path(target)));
+        QVERIFY(sandbox.isAged("old"));
+        QCOMPARE(QFile::symLinkTarget(sandbox.path("link")), sandbox.path("old"));
+    }
+
+    void fileThatTakesItsOwnPlaceIsGone()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("a", "a");
+        FileCopier copier(sandbox.path("a"));
+        QVERIFY(QFile::remove(sandbox.path("a")));
+        QVERIFY(!copier.copyTo(sandbox.path("a")));
+        QVERIFY(!sandbox.exists("a"));
+    }
+
+    void placedFileIsOpenedForReadingAndWriting()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("a", "a");
+        sandbox.age("a");
+        PlacedFiles placed;
+        QVERIFY(placed.open(sandbox.path("a")));
+        QCOMPARE(placed.bringToDisk(), QStringList());
+        QVERIFY(sandbox.isAged("a"));
+    }
+
+    void missingFileIsMadeEmpty()
+    {
+        const test::Sandbox sandbox;
+        PlacedFiles placed;
+        QVERIFY(placed.open(sandbox.path("a")));
+        QVERIFY(sandbox.exists("a"));
+        QCOMPARE(sandbox.read("a"), QByteArray());
+    }
+
+    void folderIsNoPlacedFile()
+    {
+        const test::Sandbox sandbox;
+        sandbox.makeFolder("folder");
+        sandbox.write("file", "a");
+        PlacedFiles placed;
+        QVERIFY(!placed.open(sandbox.path("folder")));
+        QVERIFY(!placed.open(sandbox.path("file/a")));
+        QVERIFY(!placed.open(sandbox.path("nowhere/a")));
+    }
+
+    void fewFilesAreOpenAtOnce()
+    {
+        if (!QFileInfo::exists("/proc/self/fd")) {
+            QSKIP("The open files are looked up in /proc.");
+        }
+        const test::Sandbox sandbox;
+        const int before = openFiles();
+        int most = 0;
+        {
+            PlacedFiles placed;
+            for (int number = 0; number < 1000; ++number) {
+                QVERIFY(placed.open(sandbox.path(QString::number(number))));
+                most = qMax(most, openFiles());
+            }
+        }
+
+        QVERIFY(most > before);
+        QVERIFY(most - before <= 64);
+        QCOMPARE(openFiles(), before);
+    }
+
+    void placedPipeIsNotLost()
+    {
+        const test::Sandbox sandbox;
+        QCOMPARE(mkfifo(QFile::encodeName(sandbox.path("pipe")).constData(), 0600), 0);
+        PlacedFiles placed;
+        QVERIFY(placed.open(sandbox.path("pipe")));
+        QCOMPARE(placed.bringToDisk(), QStringList());
+    }
+};
 
 DRASK_TEST(tst_FileCopy)
 #include "tst_filecopy.moc"

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "copysandbox.h"
-#include "testprogram.h"
-
-#include <QtTest>
+#include "unitcase.h"
 
 #ifdef Q_OS_LINUX
 #include <sys/inotify.h>
@@ -11,15 +9,6 @@
 #include <cstring>
 #include <vector>
 #endif
-
-/// What a copy does to a file on the way.
-class tst_FolderCopyMoves : public QObject {
-    Q_OBJECT
-
-private slots:
-    void newFileIsCopiedTwiceAndAnotherOnce_data();
-    void newFileIsCopiedTwiceAndAnotherOnce();
-};
 
 #ifdef Q_OS_LINUX
 namespace {
@@ -59,33 +48,36 @@ Moves movesDuringCopy(test::CopySandbox &sandbox, const QByteArray &name)
 } // namespace
 #endif
 
-void tst_FolderCopyMoves::newFileIsCopiedTwiceAndAnotherOnce_data()
-{
-    QTest::addColumn<bool>("isNew");
-    QTest::addColumn<int>("came");
+/// What a copy does to a file on the way.
+class tst_FolderCopyMoves : public QObject {
+    Q_OBJECT
+private slots:
+    void newFileIsCopiedTwiceAndAnotherOnce_data()
+    {
+        const test::Table<bool, int> table("isNew", "came");
+        table.row("a new file", true, 2);
+        table.row("a file that is there", false, 1);
+    }
 
-    QTest::newRow("a new file") << true << 2;
-    QTest::newRow("a file that is there") << false << 1;
-}
-
-void tst_FolderCopyMoves::newFileIsCopiedTwiceAndAnotherOnce()
-{
+    void newFileIsCopiedTwiceAndAnotherOnce()
+    {
 #ifdef Q_OS_LINUX
-    QFETCH(bool, isNew);
-    QFETCH(int, came);
-    test::CopySandbox sandbox;
-    sandbox.write("plugin/a.py", "a");
-    sandbox.write(isNew ? "host/drask/b.py" : "host/drask/a.py", "old");
+        QFETCH(bool, isNew);
+        QFETCH(int, came);
+        test::CopySandbox sandbox;
+        sandbox.write("plugin/a.py", "a");
+        sandbox.write(isNew ? "host/drask/b.py" : "host/drask/a.py", "old");
 
-    const Moves moves = movesDuringCopy(sandbox, "a.py");
+        const Moves moves = movesDuringCopy(sandbox, "a.py");
 
-    QCOMPARE(moves.came, came);
-    QCOMPARE(moves.went, 1);
-    QCOMPARE(sandbox.manifest(), QStringList("host/drask/a.py"));
+        QCOMPARE(moves.came, came);
+        QCOMPARE(moves.went, 1);
+        QCOMPARE(sandbox.manifest(), QStringList("host/drask/a.py"));
 #else
-    QSKIP("The file system is watched through inotify.");
+        QSKIP("The file system is watched through inotify.");
 #endif
-}
+    }
+};
 
 DRASK_TEST(tst_FolderCopyMoves)
 #include "tst_foldercopy_moves.moc"

@@ -2,26 +2,10 @@
 #include "hoststeps.h"
 
 #include "hostsetup.h"
-#include "logcapture.h"
-#include "sandbox.h"
-#include "testprogram.h"
+#include "loggedsandbox.h"
+#include "unitcase.h"
 
 #include <QSettings>
-#include <QtTest>
-
-/// The steps of the hosts whose plug-ins are add-ins: Rhino and Revit.
-class tst_HostStepsAddIns : public QObject {
-    Q_OBJECT
-
-private slots:
-    void initTestCase();
-    void rhinoIsRegisteredTwice();
-    void rhinoRegistrationKeepsOtherValues();
-    void unwritableRegistrationIsPassedOver_data();
-    void unwritableRegistrationIsPassedOver();
-    void shippedExtraFilesAreNotTaken_data();
-    void shippedExtraFilesAreNotTaken();
-};
 
 namespace {
 
@@ -42,112 +26,109 @@ using test::installedLine;
 using test::revitAt;
 using test::rhinoAt;
 
-void tst_HostStepsAddIns::initTestCase()
-{
+/// The steps of the hosts whose plug-ins are add-ins: Rhino and Revit.
+class tst_HostStepsAddIns : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
 #ifndef Q_OS_LINUX
-    QSKIP("Native settings stores are files in the working directory on Linux alone");
+        QSKIP("Native settings stores are files in the working directory on Linux alone");
 #endif
-}
-
-void tst_HostStepsAddIns::rhinoIsRegisteredTwice()
-{
-    const test::Sandbox sandbox;
-    const test::WorkingFolder workingFolder(sandbox.path());
-    const PluginPathStruct host = rhinoAt(sandbox.path("rhino"));
-    sandbox.makeFolder("rhino/Plug-ins/Drask");
-    test::Tree expected = sandbox.tree();
-    expected[machineStore] = registration(host.targetFolder());
-    expected[userStore] = registration(host.targetFolder());
-    const test::LogCapture log;
-
-    QCOMPARE(runHostSteps(host), 0);
-
-    QCOMPARE(log.lines(), QStringList(installedLine(host)));
-    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-    QCOMPARE(runHostSteps(host), 0);
-    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-    const QSettings readBack(userStore, QSettings::NativeFormat);
-    QCOMPARE(readBack.value("5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20/FileName").toString(),
-             host.targetFolder() + "/Drask.rhp");
-}
-
-void tst_HostStepsAddIns::rhinoRegistrationKeepsOtherValues()
-{
-    const test::Sandbox sandbox;
-    const test::WorkingFolder workingFolder(sandbox.path());
-    const PluginPathStruct host = rhinoAt(sandbox.path("rhino"));
-    sandbox.write(userStore,
-                  "[5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20]\nFileName=/old\n\n[zz]\nName=Other\n");
-    const test::LogCapture log;
-
-    QCOMPARE(runHostSteps(host), 0);
-
-    QCOMPARE(sandbox.read(userStore), registration(host.targetFolder()) + "\n[zz]\nName=Other\n");
-    QCOMPARE(sandbox.read(machineStore), registration(host.targetFolder()));
-}
-
-void tst_HostStepsAddIns::unwritableRegistrationIsPassedOver_data()
-{
-    QTest::addColumn<QString>("obstacle");
-    QTest::addColumn<QString>("other");
-
-    QTest::newRow("the store of the machine") << QString(machineStore) << QString(userStore);
-    QTest::newRow("the store of the user") << QString(userStore) << QString(machineStore);
-}
-
-void tst_HostStepsAddIns::unwritableRegistrationIsPassedOver()
-{
-    QFETCH(QString, obstacle);
-    QFETCH(QString, other);
-    const test::Sandbox sandbox;
-    const test::WorkingFolder workingFolder(sandbox.path());
-    const PluginPathStruct host = rhinoAt(sandbox.path("rhino"));
-    sandbox.makeFolder(obstacle);
-    test::Tree expected = sandbox.tree();
-    expected[other] = registration(host.targetFolder());
-    const test::LogCapture log;
-
-    QCOMPARE(runHostSteps(host), 0);
-
-    QCOMPARE(log.lines(), QStringList(installedLine(host)));
-    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-}
-
-void tst_HostStepsAddIns::shippedExtraFilesAreNotTaken_data()
-{
-    QTest::addColumn<bool>("isRhino");
-
-    QTest::newRow("Rhino") << true;
-    QTest::newRow("Revit") << false;
-}
-
-void tst_HostStepsAddIns::shippedExtraFilesAreNotTaken()
-{
-    QFETCH(bool, isRhino);
-    const test::Sandbox sandbox;
-    const test::WorkingFolder workingFolder(sandbox.path());
-    PluginPathStruct host = isRhino ? rhinoAt(sandbox.path("host")) : revitAt(sandbox.path("host"));
-    host.sourceFolder = sandbox.path("shipped");
-    for (const QString &place : {QString(), QString("shipped/"), QString("host/")}) {
-        for (const char *name :
-             {"Drask.rhp", "Drask_tb.rui", "DraskRevitUpload.addin", "DraskRevitUpload.dll"}) {
-            sandbox.write(place + name, "shipped");
-        }
     }
-    sandbox.makeFolder("host" + host.pluginSubFolder + "..");
-    sandbox.makeFolder("host" + host.pluginSubFolder);
-    test::Tree expected = sandbox.tree();
-    if (isRhino) {
+
+    void rhinoIsRegisteredTwice()
+    {
+        const test::LoggedSandbox sandbox;
+        const test::WorkingFolder workingFolder(sandbox.path());
+        const PluginPathStruct host = rhinoAt(sandbox.path("rhino"));
+        sandbox.makeFolder("rhino/Plug-ins/Drask");
+        test::Tree expected = sandbox.tree();
         expected[machineStore] = registration(host.targetFolder());
         expected[userStore] = registration(host.targetFolder());
+
+        QCOMPARE(runHostSteps(host), 0);
+        QCOMPARE(sandbox.log.lines(), QStringList(installedLine(host)));
+        VERIFY_TREE(sandbox, expected);
+        QCOMPARE(runHostSteps(host), 0);
+        VERIFY_TREE(sandbox, expected);
+        const QSettings readBack(userStore, QSettings::NativeFormat);
+        QCOMPARE(readBack.value("5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20/FileName").toString(),
+                 host.targetFolder() + "/Drask.rhp");
     }
-    const test::LogCapture log;
 
-    QCOMPARE(runHostSteps(host), 0);
+    void rhinoRegistrationKeepsOtherValues()
+    {
+        const test::LoggedSandbox sandbox;
+        const test::WorkingFolder workingFolder(sandbox.path());
+        const PluginPathStruct host = rhinoAt(sandbox.path("rhino"));
+        sandbox.write(
+            userStore,
+            "[5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20]\nFileName=/old\n\n[zz]\nName=Other\n");
 
-    QCOMPARE(log.lines(), QStringList(installedLine(host)));
-    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-}
+        QCOMPARE(runHostSteps(host), 0);
+        QCOMPARE(sandbox.read(userStore),
+                 registration(host.targetFolder()) + "\n[zz]\nName=Other\n");
+        QCOMPARE(sandbox.read(machineStore), registration(host.targetFolder()));
+    }
+
+    void unwritableRegistrationIsPassedOver_data()
+    {
+        const test::Table<QString, QString> table("obstacle", "other");
+        table.row("the store of the machine", QString(machineStore), QString(userStore));
+        table.row("the store of the user", QString(userStore), QString(machineStore));
+    }
+
+    void unwritableRegistrationIsPassedOver()
+    {
+        QFETCH(QString, obstacle);
+        QFETCH(QString, other);
+        const test::LoggedSandbox sandbox;
+        const test::WorkingFolder workingFolder(sandbox.path());
+        const PluginPathStruct host = rhinoAt(sandbox.path("rhino"));
+        sandbox.makeFolder(obstacle);
+        test::Tree expected = sandbox.tree();
+        expected[other] = registration(host.targetFolder());
+
+        QCOMPARE(runHostSteps(host), 0);
+        QCOMPARE(sandbox.log.lines(), QStringList(installedLine(host)));
+        VERIFY_TREE(sandbox, expected);
+    }
+
+    void shippedExtraFilesAreNotTaken_data()
+    {
+        const test::Table<bool> table("isRhino");
+        table.row("Rhino", true);
+        table.row("Revit", false);
+    }
+
+    void shippedExtraFilesAreNotTaken()
+    {
+        QFETCH(bool, isRhino);
+        const test::LoggedSandbox sandbox;
+        const test::WorkingFolder workingFolder(sandbox.path());
+        PluginPathStruct host = isRhino ? rhinoAt(sandbox.path("host"))
+                                        : revitAt(sandbox.path("host"));
+        host.sourceFolder = sandbox.path("shipped");
+        for (const QString &place : {QString(), QString("shipped/"), QString("host/")}) {
+            for (const char *name :
+                 {"Drask.rhp", "Drask_tb.rui", "DraskRevitUpload.addin", "DraskRevitUpload.dll"}) {
+                sandbox.write(place + name, "shipped");
+            }
+        }
+        sandbox.makeFolder("host" + host.pluginSubFolder + "..");
+        sandbox.makeFolder("host" + host.pluginSubFolder);
+        test::Tree expected = sandbox.tree();
+        if (isRhino) {
+            expected[machineStore] = registration(host.targetFolder());
+            expected[userStore] = registration(host.targetFolder());
+        }
+
+        QCOMPARE(runHostSteps(host), 0);
+        QCOMPARE(sandbox.log.lines(), QStringList(installedLine(host)));
+        VERIFY_TREE(sandbox, expected);
+    }
+};
 
 DRASK_TEST(tst_HostStepsAddIns)
 #include "tst_hoststeps_addins.moc"

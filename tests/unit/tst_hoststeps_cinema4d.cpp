@@ -2,24 +2,8 @@
 #include "hoststeps.h"
 
 #include "hostsetup.h"
-#include "logcapture.h"
-#include "ordinaryuser.h"
-#include "sandbox.h"
-#include "testprogram.h"
-
-#include <QtTest>
-
-class tst_HostStepsCinema4d : public QObject {
-    Q_OBJECT
-
-private slots:
-    void legacyFilesGoAndTheNewestOfR21Stay_data();
-    void legacyFilesGoAndTheNewestOfR21Stay();
-    void otherKeysKeepTheirFiles_data();
-    void otherKeysKeepTheirFiles();
-    void foldersInTheirPlaceStay();
-    void writeProtectedFolderIsPassedOver();
-};
+#include "loggedsandbox.h"
+#include "unitcase.h"
 
 namespace {
 
@@ -65,95 +49,77 @@ PluginPathStruct cinema4d(const QString &folder)
 
 } // namespace
 
-void tst_HostStepsCinema4d::legacyFilesGoAndTheNewestOfR21Stay_data()
-{
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<bool>("stay");
-
-    QTest::newRow("R21 in the host's folder") << QString("Cinema 4D R21") << true;
-    QTest::newRow("R21 within a longer name") << QString("C4D_R210x") << true;
-    QTest::newRow("R21 in a folder above") << QString("R21/c4d") << true;
-    QTest::newRow("another release") << QString("Cinema 4D R20") << false;
-    QTest::newRow("a small letter") << QString("Cinema 4D r21") << false;
-    QTest::newRow("a blank within") << QString("Cinema 4D R 21") << false;
-    QTest::newRow("the number alone") << QString("Cinema 4D 21") << false;
-}
-
-void tst_HostStepsCinema4d::legacyFilesGoAndTheNewestOfR21Stay()
-{
-    QFETCH(QString, folder);
-    QFETCH(bool, stay);
-    const test::Sandbox sandbox;
-    fill(sandbox, folder);
-    test::Tree expected = sandbox.tree();
-    for (const char *name : legacyNames) {
-        // Those in the host's common folder go in any case.
-        expected.remove(folder + "/plugins/" + name);
+class tst_HostStepsCinema4d : public QObject {
+    Q_OBJECT
+private slots:
+    void legacyFilesGoAndTheNewestOfR21Stay_data()
+    {
+        const test::Table<QString, bool> table("folder", "stay");
+        table.row("R21 in the host's folder", "Cinema 4D R21", true);
+        table.row("R21 within a longer name", "C4D_R210x", true);
+        table.row("R21 in a folder above", "R21/c4d", true);
+        table.row("another release", "Cinema 4D R20", false);
+        table.row("a small letter", "Cinema 4D r21", false);
+        table.row("a blank within", "Cinema 4D R 21", false);
+        table.row("the number alone", "Cinema 4D 21", false);
     }
-    for (const char *name : newestNames) {
-        if (!stay) {
-            expected.remove(folder + "/plugins/drask/" + name);
+
+    void legacyFilesGoAndTheNewestOfR21Stay()
+    {
+        QFETCH(QString, folder);
+        QFETCH(bool, stay);
+        const test::Sandbox sandbox;
+        fill(sandbox, folder);
+        test::Tree expected = sandbox.tree();
+        for (const char *name : legacyNames) {
+            // Those in the host's common folder go in any case.
+            expected.remove(folder + "/plugins/" + name);
         }
+        for (const char *name : newestNames) {
+            if (!stay) {
+                expected.remove(folder + "/plugins/drask/" + name);
+            }
+        }
+
+        removeLegacyCinema4dFiles(cinema4d(sandbox.path(folder)));
+
+        VERIFY_TREE(sandbox, expected);
     }
 
-    removeLegacyCinema4dFiles(cinema4d(sandbox.path(folder)));
-
-    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-}
-
-void tst_HostStepsCinema4d::otherKeysKeepTheirFiles_data()
-{
-    QTest::addColumn<QString>("key");
-
-    for (const char *key : {"c4d14", "c4d21", "C4D", "maya", "blender", "unknown"}) {
-        QTest::newRow(key) << QString(key);
+    void otherKeysKeepTheirFiles_data()
+    {
+        const test::Table<QString> table("key");
+        for (const char *key : {"c4d14", "c4d21", "C4D", "maya", "blender", "unknown"}) {
+            table.row(key, QString(key));
+        }
+        table.row("an empty key", "");
     }
-    QTest::newRow("an empty key") << QString("");
-}
 
-void tst_HostStepsCinema4d::otherKeysKeepTheirFiles()
-{
-    QFETCH(QString, key);
-    const test::Sandbox sandbox;
-    fill(sandbox, "c4d");
-    const test::Tree before = sandbox.tree();
+    void otherKeysKeepTheirFiles()
+    {
+        QFETCH(QString, key);
+        const test::Sandbox sandbox;
+        fill(sandbox, "c4d");
+        const test::Tree before = sandbox.tree();
+        removeLegacyCinema4dFiles(test::hostAt(sandbox.path("c4d"), key, "/plugins/drask"));
+        VERIFY_TREE(sandbox, before);
+    }
 
-    removeLegacyCinema4dFiles(test::hostAt(sandbox.path("c4d"), key, "/plugins/drask"));
+    void foldersInTheirPlaceStay()
+    {
+        const test::LoggedSandbox sandbox;
+        sandbox.makeFolder("c4d/plugins/Grex.cdl");
+        sandbox.makeFolder("c4d/plugins/drask/grex21.xlib");
+        test::Tree expected = sandbox.tree();
+        // Most files are missing, which stops nothing either.
+        sandbox.write("c4d/plugins/grex21.xlib", "removed all the same");
 
-    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
-}
+        removeLegacyCinema4dFiles(cinema4d(sandbox.path("c4d")));
 
-void tst_HostStepsCinema4d::foldersInTheirPlaceStay()
-{
-    const test::Sandbox sandbox;
-    sandbox.makeFolder("c4d/plugins/Grex.cdl");
-    sandbox.makeFolder("c4d/plugins/drask/grex21.xlib");
-    test::Tree expected = sandbox.tree();
-    // Most files are missing, which stops nothing either.
-    sandbox.write("c4d/plugins/grex21.xlib", "removed all the same");
-    const test::LogCapture log;
-
-    removeLegacyCinema4dFiles(cinema4d(sandbox.path("c4d")));
-
-    QCOMPARE(log.lines(), QStringList());
-    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-}
-
-void tst_HostStepsCinema4d::writeProtectedFolderIsPassedOver()
-{
-    const test::Sandbox sandbox;
-    fill(sandbox, "c4d");
-    const test::Tree before = sandbox.tree();
-    const test::ReadOnly plugins(sandbox.path("c4d/plugins"));
-    const test::ReadOnly drask(sandbox.path("c4d/plugins/drask"));
-    BECOME_ORDINARY_USER_OR_SKIP();
-    const test::LogCapture log;
-
-    removeLegacyCinema4dFiles(cinema4d(sandbox.path("c4d")));
-
-    QCOMPARE(log.lines(), QStringList());
-    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
-}
+        QCOMPARE(sandbox.log.lines(), QStringList());
+        VERIFY_TREE(sandbox, expected);
+    }
+};
 
 DRASK_TEST(tst_HostStepsCinema4d)
 #include "tst_hoststeps_cinema4d.moc"

@@ -2,11 +2,7 @@
 #include "hoststeps.h"
 
 #include "hostsetup.h"
-#include "logcapture.h"
-#include "sandbox.h"
-#include "testprogram.h"
-
-#include <QtTest>
+#include "unitcase.h"
 
 #ifdef Q_OS_LINUX
 #include <sched.h>
@@ -16,17 +12,6 @@
 
 #include <cstdlib>
 #include <functional>
-
-/// The files that Rhino and Revit get from the root of the file system. A program of its own: Qt
-/// finds out once whether there is a /proc to place new files with, and a child with a root of its
-/// own has none. Nothing here may copy a file before the child does.
-class tst_HostStepsExtraFiles : public QObject {
-    Q_OBJECT
-
-private slots:
-    void extraFilesComeFromTheRoot_data();
-    void extraFilesComeFromTheRoot();
-};
 
 namespace {
 
@@ -106,51 +91,55 @@ bool runBelow(const test::Sandbox &root, const PluginPathStruct &host)
 
 } // namespace
 
-void tst_HostStepsExtraFiles::extraFilesComeFromTheRoot_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<bool>("folderWithDots");
-    QTest::addColumn<QStringList>("present");
-    QTest::addColumn<QStringList>("placed");
-
-    const QStringList none;
-    const QStringList ofRhino = {"/Drask.rhp", "/Drask_tb.rui"};
-    const QString dll = "/DraskRevitUpload.dll";
-    const QStringList ofRevit = {"../DraskRevitUpload.addin", dll};
-    QTest::newRow("Rhino") << "rhino" << false << none << ofRhino;
-    QTest::newRow("Rhino, with files that stay") << "rhino" << false << ofRhino << none;
-    QTest::newRow("Revit, with the folder with dots") << "revit" << true << none << ofRevit;
-    QTest::newRow("Revit, without it") << "revit" << false << none << QStringList(dll);
-    QTest::newRow("Revit, with files that stay") << "revit" << true << ofRevit << none;
-}
-
-void tst_HostStepsExtraFiles::extraFilesComeFromTheRoot()
-{
-    QFETCH(QString, key);
-    QFETCH(bool, folderWithDots);
-    QFETCH(QStringList, present);
-    QFETCH(QStringList, placed);
-    const test::Sandbox root;
-    const PluginPathStruct host = key == "rhino" ? rhino : revit;
-    const QString target = "host" + host.pluginSubFolder;
-    fillRoot(root, host.pluginSubFolder);
-    if (folderWithDots) {
-        root.makeFolder(target + "..");
-    }
-    for (const QString &name : present) {
-        root.write(target + name, "older");
-    }
-    test::Tree expected = root.tree();
-    for (const QString &name : placed) {
-        expected[target + name] = "new " + name.section('/', -1).toUtf8();
+/// The files that Rhino and Revit get from the root of the file system. A program of its own: Qt
+/// finds out once whether there is a /proc to place new files with, and a child with a root of its
+/// own has none. Nothing here may copy a file before the child does.
+class tst_HostStepsExtraFiles : public QObject {
+    Q_OBJECT
+private slots:
+    void extraFilesComeFromTheRoot_data()
+    {
+        const test::Table<QString, bool, QStringList, QStringList> table("key", "folderWithDots",
+                                                                         "present", "placed");
+        const QStringList none;
+        const QStringList ofRhino = {"/Drask.rhp", "/Drask_tb.rui"};
+        const QString dll = "/DraskRevitUpload.dll";
+        const QStringList ofRevit = {"../DraskRevitUpload.addin", dll};
+        table.row("Rhino", "rhino", false, none, ofRhino);
+        table.row("Rhino, with files that stay", "rhino", false, ofRhino, none);
+        table.row("Revit, with the folder with dots", "revit", true, none, ofRevit);
+        table.row("Revit, without it", "revit", false, none, QStringList(dll));
+        table.row("Revit, with files that stay", "revit", true, ofRevit, none);
     }
 
-    if (!runBelow(root, host)) {
-        QSKIP(noOwnRoot);
-    }
+    void extraFilesComeFromTheRoot()
+    {
+        QFETCH(QString, key);
+        QFETCH(bool, folderWithDots);
+        QFETCH(QStringList, present);
+        QFETCH(QStringList, placed);
+        const test::Sandbox root;
+        const PluginPathStruct host = key == "rhino" ? rhino : revit;
+        const QString target = "host" + host.pluginSubFolder;
+        fillRoot(root, host.pluginSubFolder);
+        if (folderWithDots) {
+            root.makeFolder(target + "..");
+        }
+        for (const QString &name : present) {
+            root.write(target + name, "older");
+        }
+        test::Tree expected = root.tree();
+        for (const QString &name : placed) {
+            expected[target + name] = "new " + name.section('/', -1).toUtf8();
+        }
 
-    QCOMPARE(test::treeDifference(treeWithoutStores(root), expected), QString());
-}
+        if (!runBelow(root, host)) {
+            QSKIP(noOwnRoot);
+        }
+
+        QCOMPARE(test::treeDifference(treeWithoutStores(root), expected), QString());
+    }
+};
 
 DRASK_TEST(tst_HostStepsExtraFiles)
 #include "tst_hoststeps_extrafiles.moc"

@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "installpass.h"
 
-#include "globals.h"
-#include "logcapture.h"
 #include "passcase.h"
-#include "testprogram.h"
-
-#include <QtTest>
+#include "unitcase.h"
 
 using test::hostIn;
 using test::installedLine;
@@ -14,23 +10,6 @@ using test::linesBefore;
 using test::linesOfNewConfig;
 using test::plainConfig;
 using test::runPass;
-
-/// What the install pass tells the user and the manager of steps that failed.
-class tst_InstallPassFailures : public QObject {
-    Q_OBJECT
-
-private slots:
-    void init();
-    void failedCopyIsReported();
-    void failedConfigurationIsReported();
-    void unmakeableTargetFailsTwice();
-    void unknownHostIsReported();
-    void lastFailureDecides_data();
-    void lastFailureDecides();
-    void carriedExitCodeIsKeptOrOverwritten_data();
-    void carriedExitCodeIsKeptOrOverwritten();
-    void unwritableErrorFileChangesNothing();
-};
 
 namespace {
 
@@ -72,174 +51,145 @@ PluginPathStruct inOrder(const test::Sandbox &sandbox, const QString &key)
 
 } // namespace
 
-void tst_InstallPassFailures::init()
-{
-    username.clear();
-    localProjectsFolder.clear();
-    onlyWriteConfig = false;
-}
+/// What the install pass tells the user and the manager of steps that failed.
+class tst_InstallPassFailures : public QObject {
+    Q_OBJECT
+private slots:
+    void failedCopyIsReported()
+    {
+        const test::PassCase pass;
+        const PluginPathStruct host = withoutSource(pass, "houdini");
 
-void tst_InstallPassFailures::failedCopyIsReported()
-{
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    const PluginPathStruct host = withoutSource(sandbox, "houdini");
-    const test::LogCapture log;
+        QCOMPARE(runPass({host}), 2);
 
-    QCOMPARE(runPass({host}), 2);
-
-    // The steps behind the copy run all the same.
-    QCOMPARE(log.lines(),
-             linesBefore() + linesOfNewConfig() + QStringList({installedLine(host), "Debug: 2"}));
-    QCOMPARE(test::treeDifference(
-                 folder.tree(),
-                 {{"version.txt", DRASK_VERSION}, {"pluginError.txt", copyMessage(host)}}),
-             QString());
-    QCOMPARE(sandbox.read("houdini/plugins/drask/manager.cfg"), plainConfig(folder));
-    QVERIFY(sandbox.exists("houdini/houdini.env"));
-}
-
-void tst_InstallPassFailures::failedConfigurationIsReported()
-{
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    const PluginPathStruct host = withoutConfig(sandbox, "c4d");
-    sandbox.write("c4d/plugins/Grex.cdl", "legacy");
-    const test::LogCapture log;
-
-    QCOMPARE(runPass({host}), 3);
-
-    QCOMPARE(log.lines(),
-             linesBefore() + QStringList("Debug: open file:  \"\"") + linesOfNewConfig()
-                 + QStringList({installedLine(host), "Debug: 3"}));
-    QCOMPARE(folder.read("pluginError.txt"), configMessage(host));
-    QVERIFY(!sandbox.exists("c4d/plugins/Grex.cdl"));
-}
-
-void tst_InstallPassFailures::unmakeableTargetFailsTwice()
-{
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    const PluginPathStruct host = inOrder(sandbox, "modo");
-    const PluginPathStruct next = inOrder(sandbox, "xsi");
-    sandbox.write("modo/plugins", "a file in a folder's place");
-    const test::LogCapture log;
-
-    QCOMPARE(runPass({host, next}), 3);
-
-    QCOMPARE(folder.read("pluginError.txt"), copyMessage(host) + configMessage(host));
-    QCOMPARE(sandbox.read("modo/plugins"), QByteArray("a file in a folder's place"));
-    QCOMPARE(sandbox.read("xsi/plugins/drask/manager.cfg"), plainConfig(folder));
-}
-
-void tst_InstallPassFailures::unknownHostIsReported()
-{
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    sandbox.write("here/sub/a.py", "somebody's");
-    // A source without a name is not the working directory.
-    const test::WorkingFolder workingFolder(sandbox.path("here"));
-    const PluginPathStruct host = test::hostAt(sandbox.path("nuke"), "nuke", "");
-    test::Tree expected = sandbox.tree();
-    expected["nuke/"] = "";
-    expected["nuke/manager.cfg"] = plainConfig(folder);
-    const test::LogCapture log;
-
-    QCOMPARE(runPass({host}), 2);
-
-    QCOMPARE(log.lines(),
-             linesBefore() + linesOfNewConfig() + QStringList({installedLine(host), "Debug: 2"}));
-    QCOMPARE(folder.read("pluginError.txt"), copyMessage(host));
-    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-}
-
-void tst_InstallPassFailures::lastFailureDecides_data()
-{
-    QTest::addColumn<QStringList>("failures");
-    QTest::addColumn<int>("exitCode");
-
-    QTest::newRow("a copy, then a configuration") << QStringList({"copy", "config"}) << 3;
-    QTest::newRow("a configuration, then a copy") << QStringList({"config", "copy"}) << 2;
-    QTest::newRow("a copy, then nothing") << QStringList({"copy", "none"}) << 2;
-    QTest::newRow("a configuration, then nothing") << QStringList({"config", "none"}) << 3;
-    QTest::newRow("nothing, then a copy") << QStringList({"none", "copy"}) << 2;
-    QTest::newRow("a Maya script, then a copy") << QStringList({"maya", "copy"}) << 2;
-    QTest::newRow("a copy, then a Maya script") << QStringList({"copy", "maya"}) << 3;
-    QTest::newRow("three in a row") << QStringList({"copy", "config", "copy"}) << 2;
-    QTest::newRow("nothing at all") << QStringList({"none", "none"}) << 0;
-}
-
-void tst_InstallPassFailures::lastFailureDecides()
-{
-    QFETCH(QStringList, failures);
-    QFETCH(int, exitCode);
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    QList<PluginPathStruct> hosts;
-    QByteArray messages;
-    for (const QString &failure : failures) {
-        const QString key = QStringLiteral("host%1").arg(hosts.size());
-        if (failure == "copy") {
-            hosts << withoutSource(sandbox, key);
-            messages += copyMessage(hosts.last());
-        } else if (failure == "config") {
-            hosts << withoutConfig(sandbox, key);
-            messages += configMessage(hosts.last());
-        } else if (failure == "maya") {
-            hosts << inOrder(sandbox, "maya");
-            messages += mayaMessage(hosts.last());
-        } else {
-            hosts << inOrder(sandbox, key);
-        }
+        // The steps behind the copy run all the same.
+        QCOMPARE(pass.log.lines(),
+                 linesBefore() + linesOfNewConfig()
+                     + QStringList({installedLine(host), "Debug: 2"}));
+        VERIFY_TREE(pass.program,
+                    {{"version.txt", DRASK_VERSION}, {"pluginError.txt", copyMessage(host)}});
+        QCOMPARE(pass.read("houdini/plugins/drask/manager.cfg"), plainConfig(pass.program));
+        QVERIFY(pass.exists("houdini/houdini.env"));
     }
-    const test::LogCapture log;
 
-    QCOMPARE(runPass(hosts), exitCode);
+    void failedConfigurationIsReported()
+    {
+        const test::PassCase pass;
+        const PluginPathStruct host = withoutConfig(pass, "c4d");
+        pass.write("c4d/plugins/Grex.cdl", "legacy");
 
-    QCOMPARE(folder.read("pluginError.txt"), messages);
-    QCOMPARE(log.lines().last(), QStringLiteral("Debug: %1").arg(exitCode));
-}
+        QCOMPARE(runPass({host}), 3);
+        QCOMPARE(pass.log.lines(),
+                 linesBefore() + QStringList("Debug: open file:  \"\"") + linesOfNewConfig()
+                     + QStringList({installedLine(host), "Debug: 3"}));
+        QCOMPARE(pass.program.read("pluginError.txt"), configMessage(host));
+        QVERIFY(!pass.exists("c4d/plugins/Grex.cdl"));
+    }
 
-void tst_InstallPassFailures::carriedExitCodeIsKeptOrOverwritten_data()
-{
-    QTest::addColumn<bool>("fails");
-    QTest::addColumn<int>("carried");
-    QTest::addColumn<int>("exitCode");
+    void unmakeableTargetFailsTwice()
+    {
+        const test::PassCase pass;
+        const PluginPathStruct host = inOrder(pass, "modo");
+        const PluginPathStruct next = inOrder(pass, "xsi");
+        pass.write("modo/plugins", "a file in a folder's place");
+        QCOMPARE(runPass({host, next}), 3);
+        QCOMPARE(pass.program.read("pluginError.txt"), copyMessage(host) + configMessage(host));
+        QCOMPARE(pass.read("modo/plugins"), QByteArray("a file in a folder's place"));
+        QCOMPARE(pass.read("xsi/plugins/drask/manager.cfg"), plainConfig(pass.program));
+    }
 
-    QTest::newRow("kept when all is well") << false << 5 << 5;
-    QTest::newRow("overwritten by a failure") << true << 5 << 2;
-    QTest::newRow("overwritten although it is larger") << true << 3 << 2;
-}
+    void unknownHostIsReported()
+    {
+        const test::PassCase pass;
+        pass.write("here/sub/a.py", "somebody's");
+        // A source without a name is not the working directory.
+        const test::WorkingFolder workingFolder(pass.path("here"));
+        const PluginPathStruct host = test::hostAt(pass.path("nuke"), "nuke", "");
+        test::Tree expected = pass.tree();
+        expected["nuke/"] = "";
+        expected["nuke/manager.cfg"] = plainConfig(pass.program);
 
-void tst_InstallPassFailures::carriedExitCodeIsKeptOrOverwritten()
-{
-    QFETCH(bool, fails);
-    QFETCH(int, carried);
-    QFETCH(int, exitCode);
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    const PluginPathStruct host = fails ? withoutSource(sandbox, "modo") : inOrder(sandbox, "modo");
-    const test::LogCapture log;
+        QCOMPARE(runPass({host}), 2);
+        QCOMPARE(pass.log.lines(),
+                 linesBefore() + linesOfNewConfig()
+                     + QStringList({installedLine(host), "Debug: 2"}));
+        QCOMPARE(pass.program.read("pluginError.txt"), copyMessage(host));
+        VERIFY_TREE(pass, expected);
+    }
 
-    QCOMPARE(runPass({host}, CopyWhen::Always, carried), exitCode);
+    void lastFailureDecides_data()
+    {
+        const test::Table<QStringList, int> table("failures", "exitCode");
+        table.row("a copy, then a configuration", QStringList({"copy", "config"}), 3);
+        table.row("a configuration, then a copy", QStringList({"config", "copy"}), 2);
+        table.row("a copy, then nothing", QStringList({"copy", "none"}), 2);
+        table.row("a configuration, then nothing", QStringList({"config", "none"}), 3);
+        table.row("nothing, then a copy", QStringList({"none", "copy"}), 2);
+        table.row("a Maya script, then a copy", QStringList({"maya", "copy"}), 2);
+        table.row("a copy, then a Maya script", QStringList({"copy", "maya"}), 3);
+        table.row("three in a row", QStringList({"copy", "config", "copy"}), 2);
+        table.row("nothing at all", QStringList({"none", "none"}), 0);
+    }
 
-    QCOMPARE(log.lines().last(), QStringLiteral("Debug: %1").arg(exitCode));
-}
+    void lastFailureDecides()
+    {
+        QFETCH(QStringList, failures);
+        QFETCH(int, exitCode);
+        const test::PassCase pass;
+        QList<PluginPathStruct> hosts;
+        QByteArray messages;
+        for (const QString &failure : failures) {
+            const QString key = QStringLiteral("host%1").arg(hosts.size());
+            if (failure == "copy") {
+                hosts << withoutSource(pass, key);
+                messages += copyMessage(hosts.last());
+            } else if (failure == "config") {
+                hosts << withoutConfig(pass, key);
+                messages += configMessage(hosts.last());
+            } else if (failure == "maya") {
+                hosts << inOrder(pass, "maya");
+                messages += mayaMessage(hosts.last());
+            } else {
+                hosts << inOrder(pass, key);
+            }
+        }
 
-void tst_InstallPassFailures::unwritableErrorFileChangesNothing()
-{
-    const test::ProgramFolder folder;
-    const test::Sandbox sandbox;
-    folder.makeFolder("pluginError.txt");
-    const PluginPathStruct host = withoutSource(sandbox, "modo");
-    const test::LogCapture log;
+        QCOMPARE(runPass(hosts), exitCode);
+        QCOMPARE(pass.program.read("pluginError.txt"), messages);
+        QCOMPARE(pass.log.lines().last(), QStringLiteral("Debug: %1").arg(exitCode));
+    }
 
-    QCOMPARE(runPass({host}), 2);
+    void carriedExitCodeIsKeptOrOverwritten_data()
+    {
+        const test::Table<bool, int, int> table("fails", "carried", "exitCode");
+        table.row("kept when all is well", false, 5, 5);
+        table.row("overwritten by a failure", true, 5, 2);
+        table.row("overwritten although it is larger", true, 3, 2);
+    }
 
-    QCOMPARE(log.lines(),
-             linesBefore() + linesOfNewConfig() + QStringList({installedLine(host), "Debug: 2"}));
-    QCOMPARE(sandbox.read("modo/plugins/drask/manager.cfg"), plainConfig(folder));
-}
+    void carriedExitCodeIsKeptOrOverwritten()
+    {
+        QFETCH(bool, fails);
+        QFETCH(int, carried);
+        QFETCH(int, exitCode);
+        const test::PassCase pass;
+        const PluginPathStruct host = fails ? withoutSource(pass, "modo") : inOrder(pass, "modo");
+        QCOMPARE(runPass({host}, CopyWhen::Always, carried), exitCode);
+        QCOMPARE(pass.log.lines().last(), QStringLiteral("Debug: %1").arg(exitCode));
+    }
+
+    void unwritableErrorFileChangesNothing()
+    {
+        const test::PassCase pass;
+        pass.program.makeFolder("pluginError.txt");
+        const PluginPathStruct host = withoutSource(pass, "modo");
+        QCOMPARE(runPass({host}), 2);
+        QCOMPARE(pass.log.lines(),
+                 linesBefore() + linesOfNewConfig()
+                     + QStringList({installedLine(host), "Debug: 2"}));
+        QCOMPARE(pass.read("modo/plugins/drask/manager.cfg"), plainConfig(pass.program));
+    }
+};
 
 DRASK_TEST_IN_OWN_FOLDER(tst_InstallPassFailures)
 #include "tst_installpass_failures.moc"

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "testprogram.h"
 #include "uninstaller/legacyfiles.h"
+#include "unitcase.h"
 
 #include <QStringList>
-#include <QtTest>
 
 namespace {
 
@@ -37,26 +36,21 @@ constexpr char copyOfTheList[] =
 
 class tst_LegacyFiles : public QObject {
     Q_OBJECT
-
 private slots:
-    void everyNameStandsInItsPosition();
-    void flawsAreKept();
+    void everyNameStandsInItsPosition()
+    {
+        QCOMPARE(QString(legacyFileList).split(','), QString(copyOfTheList).split(' '));
+    }
+
+    void flawsAreKept()
+    {
+        QStringList entries = QString(legacyFileList).split(',');
+        QCOMPARE(entries.size(), 105);
+        VERIFY_LINES(entries.mid(18, 2), "validator_old.pyc", "validator_old.pyc");
+        VERIFY_LINES(entries.mid(81, 2), "val_tex", "ure_old2.pyc");
+        QCOMPARE(entries.removeDuplicates(), 28);
+    }
 };
-
-void tst_LegacyFiles::everyNameStandsInItsPosition()
-{
-    QCOMPARE(QString(legacyFileList).split(','), QString(copyOfTheList).split(' '));
-}
-
-void tst_LegacyFiles::flawsAreKept()
-{
-    QStringList entries = QString(legacyFileList).split(',');
-
-    QCOMPARE(entries.size(), 105);
-    QCOMPARE(entries.mid(18, 2), QStringList({"validator_old.pyc", "validator_old.pyc"}));
-    QCOMPARE(entries.mid(81, 2), QStringList({"val_tex", "ure_old2.pyc"}));
-    QCOMPARE(entries.removeDuplicates(), 28);
-}
 
 DRASK_TEST(tst_LegacyFiles)
 #include "tst_legacyfiles.moc"

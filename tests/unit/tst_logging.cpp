@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "logging.h"
 
-#include "logcapture.h"
-#include "ordinaryuser.h"
 #include "programfolder.h"
-#include "testprogram.h"
+#include "unitcase.h"
 
 #include <QDebug>
 #include <QLoggingCategory>
 #include <QProcess>
-#include <QtTest>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -19,29 +16,6 @@
 #include <iterator>
 
 Q_DECLARE_METATYPE(QtMsgType)
-
-class tst_Logging : public QObject {
-    Q_OBJECT
-
-private slots:
-    void levelChoosesThePrefix_data();
-    void levelChoosesThePrefix();
-    void messageIsWrittenAsItStands_data();
-    void messageIsWrittenAsItStands();
-    void streamedItemsAreSeparated();
-    void linesOfEarlierRunsStay();
-    void fatalMessageEndsTheProcess_data();
-    void fatalMessageEndsTheProcess();
-    void errorsAreWrittenAsTheyStand_data();
-    void errorsAreWrittenAsTheyStand();
-    void rulesOfTheMachineHoldForOtherCategoriesAlone();
-    void unopenableFilesLoseTheirLinesSilently();
-    void linesAreWrittenOnceAFolderIsOutOfTheWay();
-    void devicesAndPipesLoseTheirLinesSilently_data();
-    void devicesAndPipesLoseTheirLinesSilently();
-    void writeProtectedFilesLoseTheirLinesSilently();
-    void twoProcessesMixWholeLines();
-};
 
 namespace {
 
@@ -97,261 +71,222 @@ void start(QProcess &process, const QString &name)
     process.start(QCoreApplication::applicationFilePath(), {rolesName, name});
 }
 
+/// Starts this program in its role \a name; true when it ends in order and prints nothing.
+bool playsSilently(const QString &name)
+{
+    QProcess process;
+    start(process, name);
+    return process.waitForFinished() && process.exitStatus() == QProcess::NormalExit
+        && process.exitCode() == 0 && process.readAll().isEmpty();
+}
+
 void log(QtMsgType type, const QString &message)
 {
     myMessageOutput(type, QMessageLogContext(), message);
 }
 
-void addMessages()
-{
-    QTest::addColumn<QByteArray>("message");
-
-    QTest::newRow("an empty message") << QByteArray("");
-    QTest::newRow("non-ASCII letters") << QByteArray("H\xc3\xb6st \xe6\x97\xa5\xe6\x9c\xac");
-    QTest::newRow("a letter beyond the first plane") << QByteArray("\xf0\x9f\x98\x80");
-    QTest::newRow("a line feed inside") << QByteArray("first\nsecond");
-    QTest::newRow("a line feed at the end") << QByteArray("first\n");
-    QTest::newRow("a carriage return") << QByteArray("first\r\nsecond");
-    QTest::newRow("place-holders") << QByteArray("%1 %2 %99 100% %");
-    QTest::newRow("blanks around") << QByteArray("  text\t ");
-    QTest::newRow("a message longer than a buffer") << QByteArray(70000, 'x');
-}
-
 } // namespace
 
-void tst_Logging::levelChoosesThePrefix_data()
-{
-    QTest::addColumn<QtMsgType>("type");
-    QTest::addColumn<QByteArray>("line");
-
-    QTest::newRow("debug") << QtDebugMsg << QByteArray("Debug: text\n");
-    QTest::newRow("warning") << QtWarningMsg << QByteArray("Warning: text\n");
-    QTest::newRow("critical") << QtCriticalMsg << QByteArray("Critical: text\n");
-    QTest::newRow("info is an empty line") << QtInfoMsg << QByteArray("\n");
-}
-
-void tst_Logging::levelChoosesThePrefix()
-{
-    QFETCH(QtMsgType, type);
-    QFETCH(QByteArray, line);
-    const test::ProgramFolder folder;
-
-    log(type, "text");
-
-    QCOMPARE(test::treeDifference(folder.tree(), {{"plugin.log", line}}), QString());
-}
-
-void tst_Logging::messageIsWrittenAsItStands_data()
-{
-    addMessages();
-}
-
-void tst_Logging::messageIsWrittenAsItStands()
-{
-    QFETCH(QByteArray, message);
-    const test::ProgramFolder folder;
-
-    log(QtDebugMsg, QString::fromUtf8(message));
-
-    QCOMPARE(folder.read("plugin.log"), "Debug: " + message + "\n");
-}
-
-void tst_Logging::streamedItemsAreSeparated()
-{
-    const test::ProgramFolder folder;
-    const QtMessageHandler before = qInstallMessageHandler(myMessageOutput);
-    qDebug() << "nothing to copy for " << QString::fromUtf8("m\xc3\xa4ya");
-    qDebug() << 0;
-    qInstallMessageHandler(before);
-
-    QCOMPARE(folder.read("plugin.log"),
-             QByteArray("Debug: nothing to copy for  \"m\xc3\xa4ya\"\nDebug: 0\n"));
-}
-
-void tst_Logging::linesOfEarlierRunsStay()
-{
-    const test::ProgramFolder folder;
-    folder.write("plugin.log", "of an earlier run, cut o");
-
-    log(QtDebugMsg, "a");
-    log(QtInfoMsg, "b");
-    log(QtWarningMsg, "c");
-
-    QCOMPARE(folder.read("plugin.log"),
-             QByteArray("of an earlier run, cut oDebug: a\n\nWarning: c\n"));
-}
-
-void tst_Logging::fatalMessageEndsTheProcess_data()
-{
-    QTest::addColumn<QString>("role");
-    QTest::addColumn<QByteArray>("logBefore");
-
-    QTest::newRow("the handler ends it by itself")
-        << QString("fatal by handler") << QByteArray("Debug: before\n");
-    QTest::newRow("a fatal line of Qt")
-        << QString("fatal by stream") << QByteArray("Debug: before\n");
-    QTest::newRow("no log yet") << QString("fatal by handler") << QByteArray();
-}
-
-void tst_Logging::fatalMessageEndsTheProcess()
-{
-    QFETCH(QString, role);
-    QFETCH(QByteArray, logBefore);
-    const test::ProgramFolder folder;
-    if (!logBefore.isNull()) {
-        folder.write("plugin.log", logBefore);
-        folder.age("plugin.log");
-    }
-    const test::Tree before = folder.tree();
-
-    QProcess process;
-    start(process, role);
-    QVERIFY(process.waitForFinished());
-
-    QCOMPARE(process.exitStatus(), QProcess::CrashExit);
-    QCOMPARE(process.exitCode(), SIGABRT);
-    QCOMPARE(process.readAll(), QByteArray());
-    QCOMPARE(test::treeDifference(folder.tree(), before), QString());
-    QCOMPARE(folder.isAged("plugin.log"), !logBefore.isNull());
-}
-
-void tst_Logging::errorsAreWrittenAsTheyStand_data()
-{
-    addMessages();
-}
-
-void tst_Logging::errorsAreWrittenAsTheyStand()
-{
-    QFETCH(QByteArray, message);
-    const test::ProgramFolder folder;
-
-    writeErrorFile(QString::fromUtf8(message));
-
-    QCOMPARE(test::treeDifference(folder.tree(), {{"pluginError.txt", message + "\n"}}), QString());
-}
-
-void tst_Logging::rulesOfTheMachineHoldForOtherCategoriesAlone()
-{
-    const test::LogCapture log;
-    QLoggingCategory::setFilterRules("default=false");
-    qDebug("dropped");
-    QCOMPARE(log.lines(), QStringList());
-
-    // The second call finds the filter of the first in place.
-    keepEveryMessage();
-    keepEveryMessage();
-    const QLoggingCategory other("somebody.else");
-    QLoggingCategory::setFilterRules("default=false\nsomebody.else=false");
-    qDebug("kept");
-    qWarning("kept too");
-    QVERIFY(!other.isDebugEnabled() && !other.isWarningEnabled());
-
-    QLoggingCategory::installFilter(nullptr);
-    QLoggingCategory::setFilterRules(QString());
-    QCOMPARE(log.lines(), QStringList({"Debug: kept", "Warning: kept too"}));
-}
-
-void tst_Logging::unopenableFilesLoseTheirLinesSilently()
-{
-    const test::ProgramFolder folder;
-    folder.makeFolder("plugin.log");
-    folder.makeFolder("pluginError.txt");
-    const test::Tree before = folder.tree();
-
-    QProcess process;
-    start(process, "one line each");
-    QVERIFY(process.waitForFinished());
-
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
-    QCOMPARE(process.readAll(), QByteArray());
-    QCOMPARE(test::treeDifference(folder.tree(), before), QString());
-}
-
-void tst_Logging::linesAreWrittenOnceAFolderIsOutOfTheWay()
-{
-    const test::ProgramFolder folder;
-    folder.makeFolder("plugin.log");
-
-    QProcess process;
-    start(process, "folder goes");
-    QVERIFY(process.waitForFinished());
-
-    QCOMPARE(process.exitCode(), 0);
-    QCOMPARE(process.readAll(), QByteArray());
-    QCOMPARE(test::treeDifference(folder.tree(), {{"plugin.log", "Debug: kept\n"}}), QString());
-}
-
-void tst_Logging::devicesAndPipesLoseTheirLinesSilently_data()
-{
-    QTest::addColumn<QString>("target");
-
-    QTest::newRow("a link to a device") << QStringLiteral("/dev/null");
-    QTest::newRow("a link to a full device") << QStringLiteral("/dev/full");
-    QTest::newRow("a pipe that nobody reads") << QString();
-}
-
-void tst_Logging::devicesAndPipesLoseTheirLinesSilently()
-{
-    QFETCH(QString, target);
-    const test::ProgramFolder folder;
-    for (const char *name : {"plugin.log", "pluginError.txt"}) {
-        if (!target.isEmpty()) {
-            folder.makeLink(target, name);
-        } else {
-            QCOMPARE(mkfifo(QFile::encodeName(folder.path(name)).constData(), S_IRWXU), 0);
-        }
-    }
-
-    QProcess process;
-    start(process, "one line each");
-    QVERIFY(process.waitForFinished());
-
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
-    QCOMPARE(process.readAll(), QByteArray());
-}
-
-void tst_Logging::writeProtectedFilesLoseTheirLinesSilently()
-{
-    const test::ProgramFolder folder;
-    folder.write("plugin.log", "kept\n");
-    folder.write("pluginError.txt", "kept\n");
-    const test::Tree before = folder.tree();
+class tst_Logging : public QObject {
+    Q_OBJECT
+private slots:
+    void levelChoosesThePrefix_data()
     {
-        const test::ReadOnly logFile(folder.path("plugin.log"));
-        const test::ReadOnly errorFile(folder.path("pluginError.txt"));
-        BECOME_ORDINARY_USER_OR_SKIP();
-        const test::LogCapture complaints;
-
-        log(QtDebugMsg, "lost");
-        writeErrorFile("lost");
-
-        QCOMPARE(complaints.lines(), QStringList());
+        const test::Table<QtMsgType, QByteArray> table("type", "line");
+        table.row("debug", QtDebugMsg, "Debug: text\n");
+        table.row("warning", QtWarningMsg, "Warning: text\n");
+        table.row("critical", QtCriticalMsg, "Critical: text\n");
+        table.row("info is an empty line", QtInfoMsg, "\n");
     }
-    QCOMPARE(test::treeDifference(folder.tree(), before), QString());
-}
 
-void tst_Logging::twoProcessesMixWholeLines()
-{
-    const test::ProgramFolder folder;
-    QStringList expected;
-    QProcess process;
-    start(process, "many lines");
-    QVERIFY(process.waitForStarted());
-    for (int i = 0; i < linesPerProcess; ++i) {
-        log(QtDebugMsg, QStringLiteral("own %1").arg(i));
-        expected << QStringLiteral("Debug: own %1").arg(i);
-        expected << QStringLiteral("Debug: other %1").arg(i);
+    void levelChoosesThePrefix()
+    {
+        QFETCH(QtMsgType, type);
+        QFETCH(QByteArray, line);
+        const test::ProgramFolder folder;
+        log(type, "text");
+        VERIFY_TREE(folder, {{"plugin.log", line}});
     }
-    QVERIFY(process.waitForFinished());
 
-    QStringList lines = QString::fromUtf8(folder.read("plugin.log")).split('\n');
-    QCOMPARE(lines.takeLast(), QString());
-    lines.sort();
-    expected.sort();
-    QCOMPARE(lines, expected);
-}
+    void messagesAndErrorsAreWrittenAsTheyStand_data()
+    {
+        const test::Table<QByteArray> table("message");
+        table.row("an empty message", "");
+        table.row("non-ASCII letters", "H\xc3\xb6st \xe6\x97\xa5\xe6\x9c\xac");
+        table.row("a letter beyond the first plane", "\xf0\x9f\x98\x80");
+        table.row("a line feed inside", "first\nsecond");
+        table.row("a line feed at the end", "first\n");
+        table.row("a carriage return", "first\r\nsecond");
+        table.row("place-holders", "%1 %2 %99 100% %");
+        table.row("blanks around", "  text\t ");
+        table.row("a message longer than a buffer", QByteArray(70000, 'x'));
+    }
+
+    void messagesAndErrorsAreWrittenAsTheyStand()
+    {
+        QFETCH(QByteArray, message);
+        const test::ProgramFolder folder;
+        log(QtDebugMsg, QString::fromUtf8(message));
+        writeErrorFile(QString::fromUtf8(message));
+        VERIFY_TREE(
+            folder,
+            {{"plugin.log", "Debug: " + message + '\n'}, {"pluginError.txt", message + '\n'}});
+    }
+
+    void streamedItemsAreSeparated()
+    {
+        const test::ProgramFolder folder;
+        const QtMessageHandler before = qInstallMessageHandler(myMessageOutput);
+        qDebug() << "nothing to copy for " << QString::fromUtf8("m\xc3\xa4ya");
+        qDebug() << 0;
+        qInstallMessageHandler(before);
+        QCOMPARE(folder.read("plugin.log"),
+                 QByteArray("Debug: nothing to copy for  \"m\xc3\xa4ya\"\nDebug: 0\n"));
+    }
+
+    void linesOfEarlierRunsStay()
+    {
+        const test::ProgramFolder folder;
+        folder.write("plugin.log", "of an earlier run, cut o");
+        log(QtDebugMsg, "a");
+        log(QtInfoMsg, "b");
+        log(QtWarningMsg, "c");
+        QCOMPARE(folder.read("plugin.log"),
+                 QByteArray("of an earlier run, cut oDebug: a\n\nWarning: c\n"));
+    }
+
+    void fatalMessageEndsTheProcess_data()
+    {
+        const test::Table<QString, QByteArray> table("role", "logBefore");
+        table.row("the handler ends it by itself", "fatal by handler", "Debug: before\n");
+        table.row("a fatal line of Qt", "fatal by stream", "Debug: before\n");
+        table.row("no log yet", "fatal by handler", QByteArray());
+    }
+
+    void fatalMessageEndsTheProcess()
+    {
+        QFETCH(QString, role);
+        QFETCH(QByteArray, logBefore);
+        const test::ProgramFolder folder;
+        if (!logBefore.isNull()) {
+            folder.write("plugin.log", logBefore);
+            folder.age("plugin.log");
+        }
+        const test::Tree before = folder.tree();
+
+        QProcess process;
+        start(process, role);
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(process.exitCode(), SIGABRT);
+        QCOMPARE(process.readAll(), QByteArray());
+        VERIFY_TREE(folder, before);
+        QCOMPARE(folder.isAged("plugin.log"), !logBefore.isNull());
+    }
+
+    void rulesOfTheMachineHoldForOtherCategoriesAlone()
+    {
+        const test::LogCapture log;
+        QLoggingCategory::setFilterRules("default=false");
+        qDebug("dropped");
+        QCOMPARE(log.lines(), QStringList());
+
+        // The second call finds the filter of the first in place.
+        keepEveryMessage();
+        keepEveryMessage();
+        const QLoggingCategory other("somebody.else");
+        QLoggingCategory::setFilterRules("default=false\nsomebody.else=false");
+        qDebug("kept");
+        qWarning("kept too");
+        QVERIFY(!other.isDebugEnabled() && !other.isWarningEnabled());
+
+        QLoggingCategory::installFilter(nullptr);
+        QLoggingCategory::setFilterRules(QString());
+        VERIFY_LINES(log.lines(), "Debug: kept", "Warning: kept too");
+    }
+
+    void unopenableFilesLoseTheirLinesSilently()
+    {
+        const test::ProgramFolder folder;
+        folder.makeFolder("plugin.log");
+        folder.makeFolder("pluginError.txt");
+        const test::Tree before = folder.tree();
+        QVERIFY(playsSilently("one line each"));
+        VERIFY_TREE(folder, before);
+    }
+
+    void linesAreWrittenOnceAFolderIsOutOfTheWay()
+    {
+        const test::ProgramFolder folder;
+        folder.makeFolder("plugin.log");
+        QVERIFY(playsSilently("folder goes"));
+        VERIFY_TREE(folder, {{"plugin.log", "Debug: kept\n"}});
+    }
+
+    void devicesAndPipesLoseTheirLinesSilently_data()
+    {
+        const test::Table<QString> table("target");
+        table.row("a link to a device", "/dev/null");
+        table.row("a link to a full device", "/dev/full");
+        table.row("a pipe that nobody reads", QString());
+    }
+
+    void devicesAndPipesLoseTheirLinesSilently()
+    {
+        QFETCH(QString, target);
+        const test::ProgramFolder folder;
+        for (const char *name : {"plugin.log", "pluginError.txt"}) {
+            if (!target.isEmpty()) {
+                folder.makeLink(target, name);
+            } else {
+                QCOMPARE(mkfifo(QFile::encodeName(folder.path(name)).constData(), S_IRWXU), 0);
+            }
+        }
+
+        QVERIFY(playsSilently("one line each"));
+    }
+
+    void writeProtectedFilesLoseTheirLinesSilently()
+    {
+        const test::ProgramFolder folder;
+        folder.write("plugin.log", "kept\n");
+        folder.write("pluginError.txt", "kept\n");
+        const test::Tree before = folder.tree();
+        {
+            const test::ReadOnly logFile(folder.path("plugin.log"));
+            const test::ReadOnly errorFile(folder.path("pluginError.txt"));
+            BECOME_ORDINARY_USER_OR_SKIP();
+            const test::LogCapture complaints;
+
+            log(QtDebugMsg, "lost");
+            writeErrorFile("lost");
+
+            QCOMPARE(complaints.lines(), QStringList());
+        }
+        VERIFY_TREE(folder, before);
+    }
+
+    void twoProcessesMixWholeLines()
+    {
+        const test::ProgramFolder folder;
+        QStringList expected;
+        QProcess process;
+        start(process, "many lines");
+        QVERIFY(process.waitForStarted());
+        for (int i = 0; i < linesPerProcess; ++i) {
+            log(QtDebugMsg, QStringLiteral("own %1").arg(i));
+            expected << QStringLiteral("Debug: own %1").arg(i);
+            expected << QStringLiteral("Debug: other %1").arg(i);
+        }
+        QVERIFY(process.waitForFinished());
+
+        QStringList lines = QString::fromUtf8(folder.read("plugin.log")).split('\n');
+        QCOMPARE(lines.takeLast(), QString());
+        lines.sort();
+        expected.sort();
+        QCOMPARE(lines, expected);
+    }
+};
 
 static const test::Registration rolesRegistration(rolesName, play);
 DRASK_TEST_IN_OWN_FOLDER(tst_Logging)

@@ -1,34 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "logcapture.h"
-#include "ordinaryuser.h"
-#include "sandbox.h"
-#include "testprogram.h"
+#include "loggedsandbox.h"
 #include "uninstaller/pluginuninstaller.h"
-
-#include <QtTest>
-
-class tst_PluginUninstaller : public QObject {
-    Q_OBJECT
-
-private slots:
-    void metaObjectHoldsTheNameAlone();
-    void parentTakesTheObjectAlong();
-
-    void listedFilesAloneAreDeleted();
-    void missingListedFilesAreSkipped();
-    void windowsLineEndsAreNoPartOfTheNames();
-    void nonAsciiAndOddNamesAreDeleted();
-    void fileWithALineFeedInItsNameStays();
-    void relativeLinesBelongToTheWorkingFolder();
-    void linesAreUsedExactlyAsWritten();
-    void listedLinksAreDeletedUnlessTheyDangle();
-    void readOnlyFileInAWritableFolderIsDeleted();
-    void listedFolderFailsAndTheRestIsDeleted();
-    void fileInAReadOnlyFolderFailsAndTheRestIsDeleted();
-    void unreadableManifestDeletesNothingListed();
-    void missingFolderIsIgnored();
-    void foldersInTheFilesPlacesAreIgnored();
-};
+#include "unitcase.h"
 
 namespace {
 
@@ -44,9 +17,9 @@ int uninstall(const test::Sandbox &sandbox)
     return PluginUninstaller().uninstallPlugin(sandbox.path("drask"));
 }
 
-QStringList relativeLog(const test::LogCapture &log, const test::Sandbox &sandbox)
+QStringList relativeLog(const test::LoggedSandbox &sandbox)
 {
-    QStringList lines = log.lines();
+    QStringList lines = sandbox.log.lines();
     return lines.replaceInStrings(sandbox.path() + QLatin1Char('/'), QString());
 }
 
@@ -58,255 +31,216 @@ const char configStays[] = "Debug: could not delete  \"drask/manager.cfg\"";
 
 } // namespace
 
-void tst_PluginUninstaller::metaObjectHoldsTheNameAlone()
-{
-    PluginUninstaller uninstaller;
-    const QMetaObject *meta = uninstaller.metaObject();
-
-    QCOMPARE(meta->className(), "PluginUninstaller");
-    QCOMPARE(meta->superClass(), &QObject::staticMetaObject);
-    QCOMPARE(meta->methodCount(), QObject::staticMetaObject.methodCount());
-    QCOMPARE(meta->propertyCount(), QObject::staticMetaObject.propertyCount());
-    QCOMPARE(meta->constructorCount(), 0);
-    QCOMPARE(meta->enumeratorCount(), 0);
-    QCOMPARE(meta->classInfoCount(), 0);
-    QCOMPARE(uninstaller.qt_metacast("PluginUninstaller"), static_cast<void *>(&uninstaller));
-    QCOMPARE(uninstaller.qt_metacast("QObject"), static_cast<void *>(&uninstaller));
-    QCOMPARE(uninstaller.qt_metacast("Other"), nullptr);
-}
-
-void tst_PluginUninstaller::parentTakesTheObjectAlong()
-{
-    QPointer<PluginUninstaller> child;
+class tst_PluginUninstaller : public QObject {
+    Q_OBJECT
+private slots:
+    void metaObjectHoldsTheNameAlone()
     {
-        QObject parent;
-        child = new PluginUninstaller(&parent);
-        QCOMPARE(child->parent(), &parent);
+        PluginUninstaller uninstaller;
+        const QMetaObject *meta = uninstaller.metaObject();
+
+        QCOMPARE(meta->className(), "PluginUninstaller");
+        QCOMPARE(meta->superClass(), &QObject::staticMetaObject);
+        QCOMPARE(meta->methodCount(), QObject::staticMetaObject.methodCount());
+        QCOMPARE(meta->propertyCount(), QObject::staticMetaObject.propertyCount());
+        QCOMPARE(meta->constructorCount(), 0);
+        QCOMPARE(meta->enumeratorCount(), 0);
+        QCOMPARE(meta->classInfoCount(), 0);
+        QCOMPARE(uninstaller.qt_metacast("PluginUninstaller"), static_cast<void *>(&uninstaller));
+        QCOMPARE(uninstaller.qt_metacast("QObject"), static_cast<void *>(&uninstaller));
+        QCOMPARE(uninstaller.qt_metacast("Other"), nullptr);
     }
-    QVERIFY(child.isNull());
-    QCOMPARE(PluginUninstaller().parent(), nullptr);
-}
 
-void tst_PluginUninstaller::listedFilesAloneAreDeleted()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/sub/a.py", "a");
-    sandbox.write("drask/own.py", "mine");
-    sandbox.write("drask/version.txt", "12");
-    sandbox.write("elsewhere/shelf.mel", "s");
-    test::Tree expected = sandbox.tree();
-    expected.remove("drask/sub/a.py");
-    expected.remove("elsewhere/shelf.mel");
-    const QString shelf = sandbox.path("elsewhere/shelf.mel");
-    writeManifest(sandbox, {shelf, sandbox.path("drask/sub/a.py"), shelf});
-    const test::LogCapture log;
-
-    QCOMPARE(uninstall(sandbox), 0);
-
-    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
-}
-
-void tst_PluginUninstaller::missingListedFilesAreSkipped()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/b.py", "b");
-    writeManifest(sandbox,
-                  {sandbox.path("drask/a.py"), QString(), sandbox.path("nowhere/c.py"),
-                   sandbox.path("drask/b.py")});
-    const test::LogCapture log;
-
-    QCOMPARE(uninstall(sandbox), 0);
-
-    QVERIFY(!sandbox.exists("drask/b.py"));
-    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
-}
-
-void tst_PluginUninstaller::windowsLineEndsAreNoPartOfTheNames()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/a.py", "a");
-    sandbox.write("drask/b.py", "b");
-    // The last line needs no line end at all.
-    sandbox.write("drask/uninstall.ini",
-                  (sandbox.path("drask/a.py") + "\r\n" + sandbox.path("drask/b.py")).toUtf8());
-
-    QCOMPARE(uninstall(sandbox), 0);
-
-    QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
-}
-
-void tst_PluginUninstaller::nonAsciiAndOddNamesAreDeleted()
-{
-    const test::Sandbox sandbox;
-    const QStringList names = {QString::fromUtf8("\xc3\xa9\xe6\x97\xa5.py"),
-                               " blanks ",
-                               "a\tb",
-                               "a\rb",
-                               "O'Neil \"x\".py",
-                               "#a",
-                               "%1",
-                               QString(255, 'x')};
-    QStringList lines;
-    for (const QString &name : names) {
-        sandbox.write("drask/" + name, "a");
-        lines << sandbox.path("drask/" + name);
+    void parentTakesTheObjectAlong()
+    {
+        QPointer<PluginUninstaller> child;
+        {
+            QObject parent;
+            child = new PluginUninstaller(&parent);
+            QCOMPARE(child->parent(), &parent);
+        }
+        QVERIFY(child.isNull());
+        QCOMPARE(PluginUninstaller().parent(), nullptr);
     }
-    writeManifest(sandbox, lines);
 
-    QCOMPARE(uninstall(sandbox), 0);
+    void listedFilesAloneAreDeleted()
+    {
+        const test::LoggedSandbox sandbox;
+        sandbox.write("drask/sub/a.py", "a");
+        sandbox.write("drask/own.py", "mine");
+        sandbox.write("drask/version.txt", "12");
+        sandbox.write("elsewhere/shelf.mel", "s");
+        test::Tree expected = sandbox.tree();
+        expected.remove("drask/sub/a.py");
+        expected.remove("elsewhere/shelf.mel");
+        const QString shelf = sandbox.path("elsewhere/shelf.mel");
+        writeManifest(sandbox, {shelf, sandbox.path("drask/sub/a.py"), shelf});
 
-    QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
-}
+        QCOMPARE(uninstall(sandbox), 0);
+        VERIFY_TREE(sandbox, expected);
+        VERIFY_LINES(relativeLog(sandbox), begins, manifestName);
+    }
 
-void tst_PluginUninstaller::fileWithALineFeedInItsNameStays()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/a\nb", "shipped");
-    sandbox.write("drask/a", "of the user");
-    sandbox.write("drask/b", "of the user");
-    writeManifest(sandbox, {sandbox.path("drask/a\nb")});
-    const test::WorkingFolder workingFolder(sandbox.path("drask"));
-    const test::LogCapture log;
+    void missingListedFilesAreSkipped()
+    {
+        const test::LoggedSandbox sandbox;
+        sandbox.write("drask/b.py", "b");
+        writeManifest(sandbox,
+                      {sandbox.path("drask/a.py"), QString(), sandbox.path("nowhere/c.py"),
+                       sandbox.path("drask/b.py")});
+        QCOMPARE(uninstall(sandbox), 0);
+        QVERIFY(!sandbox.exists("drask/b.py"));
+        VERIFY_LINES(relativeLog(sandbox), begins, manifestName);
+    }
 
-    QCOMPARE(uninstall(sandbox), 0);
+    void windowsLineEndsAreNoPartOfTheNames()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("drask/a.py", "a");
+        sandbox.write("drask/b.py", "b");
+        // The last line needs no line end at all.
+        sandbox.write("drask/uninstall.ini",
+                      (sandbox.path("drask/a.py") + "\r\n" + sandbox.path("drask/b.py")).toUtf8());
+        QCOMPARE(uninstall(sandbox), 0);
+        QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
+    }
 
-    QCOMPARE(test::treeDifference(sandbox.tree(), {{"drask/", ""}, {"drask/a\nb", "shipped"}}),
-             QString());
-    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
-}
+    void nonAsciiAndOddNamesAreDeleted()
+    {
+        const test::Sandbox sandbox;
+        const QStringList names = {QString::fromUtf8("\xc3\xa9\xe6\x97\xa5.py"),
+                                   " blanks ",
+                                   "a\tb",
+                                   "a\rb",
+                                   "O'Neil \"x\".py",
+                                   "#a",
+                                   "%1",
+                                   QString(255, 'x')};
+        QStringList lines;
+        for (const QString &name : names) {
+            sandbox.write("drask/" + name, "a");
+            lines << sandbox.path("drask/" + name);
+        }
+        writeManifest(sandbox, lines);
 
-void tst_PluginUninstaller::relativeLinesBelongToTheWorkingFolder()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/a.py", "in the plug-in folder");
-    sandbox.write("a.py", "in the working folder");
-    writeManifest(sandbox, {"a.py"});
-    const test::WorkingFolder workingFolder(sandbox.path());
+        QCOMPARE(uninstall(sandbox), 0);
+        QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
+    }
 
-    QCOMPARE(uninstall(sandbox), 0);
+    void fileWithALineFeedInItsNameStays()
+    {
+        const test::LoggedSandbox sandbox;
+        sandbox.write("drask/a\nb", "shipped");
+        sandbox.write("drask/a", "of the user");
+        sandbox.write("drask/b", "of the user");
+        writeManifest(sandbox, {sandbox.path("drask/a\nb")});
+        const test::WorkingFolder workingFolder(sandbox.path("drask"));
 
-    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
-}
+        QCOMPARE(uninstall(sandbox), 0);
+        VERIFY_TREE(sandbox, {{"drask/", ""}, {"drask/a\nb", "shipped"}});
+        VERIFY_LINES(relativeLog(sandbox), begins, manifestName);
+    }
 
-void tst_PluginUninstaller::linesAreUsedExactlyAsWritten()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/a.py", "a");
-    sandbox.write("drask/b.py", "b");
-    const QString file = sandbox.path("drask/a.py");
-    writeManifest(sandbox,
-                  {QLatin1Char(' ') + file, file + QLatin1Char(' '), '"' + file + '"',
-                   "file://" + file, sandbox.path("drask/*.py"),
-                   sandbox.path("drask/../drask/b.py")});
+    void relativeLinesBelongToTheWorkingFolder()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("drask/a.py", "in the plug-in folder");
+        sandbox.write("a.py", "in the working folder");
+        writeManifest(sandbox, {"a.py"});
+        const test::WorkingFolder workingFolder(sandbox.path());
+        QCOMPARE(uninstall(sandbox), 0);
+        QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
+    }
 
-    QCOMPARE(uninstall(sandbox), 0);
+    void linesAreUsedExactlyAsWritten()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("drask/a.py", "a");
+        sandbox.write("drask/b.py", "b");
+        const QString file = sandbox.path("drask/a.py");
+        writeManifest(sandbox,
+                      {QLatin1Char(' ') + file, file + QLatin1Char(' '), '"' + file + '"',
+                       "file://" + file, sandbox.path("drask/*.py"),
+                       sandbox.path("drask/../drask/b.py")});
 
-    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
-}
+        QCOMPARE(uninstall(sandbox), 0);
+        QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
+    }
 
-void tst_PluginUninstaller::listedLinksAreDeletedUnlessTheyDangle()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("home/own.txt", "mine");
-    sandbox.makeLink(sandbox.path("home/own.txt"), "drask/file");
-    sandbox.makeLink(sandbox.path("home"), "drask/folder");
-    sandbox.makeLink("/nowhere/at/all", "drask/dangling");
-    writeManifest(
-        sandbox,
-        {sandbox.path("drask/file"), sandbox.path("drask/folder"), sandbox.path("drask/dangling")});
+    void listedLinksAreDeletedUnlessTheyDangle()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("home/own.txt", "mine");
+        sandbox.makeLink(sandbox.path("home/own.txt"), "drask/file");
+        sandbox.makeLink(sandbox.path("home"), "drask/folder");
+        sandbox.makeLink("/nowhere/at/all", "drask/dangling");
+        writeManifest(sandbox,
+                      {sandbox.path("drask/file"), sandbox.path("drask/folder"),
+                       sandbox.path("drask/dangling")});
 
-    QCOMPARE(uninstall(sandbox), 0);
+        QCOMPARE(uninstall(sandbox), 0);
+        QCOMPARE(sandbox.tree().keys(),
+                 QStringList({"drask/", "drask/dangling@", "home/", "home/own.txt"}));
+    }
 
-    QCOMPARE(sandbox.tree().keys(),
-             QStringList({"drask/", "drask/dangling@", "home/", "home/own.txt"}));
-}
+    void readOnlyFileInAWritableFolderIsDeleted()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("drask/a.py", "a");
+        QVERIFY(QFile::setPermissions(sandbox.path("drask/a.py"), QFile::ReadOwner));
+        writeManifest(sandbox, {sandbox.path("drask/a.py")});
+        test::giveToOrdinaryUser(sandbox.path("drask"));
+        BECOME_ORDINARY_USER_OR_SKIP();
+        QCOMPARE(uninstall(sandbox), 0);
+        QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
+    }
 
-void tst_PluginUninstaller::readOnlyFileInAWritableFolderIsDeleted()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/a.py", "a");
-    QVERIFY(QFile::setPermissions(sandbox.path("drask/a.py"), QFile::ReadOwner));
-    writeManifest(sandbox, {sandbox.path("drask/a.py")});
-    test::giveToOrdinaryUser(sandbox.path("drask"));
-    BECOME_ORDINARY_USER_OR_SKIP();
+    void listedFolderFailsAndTheRestIsDeleted()
+    {
+        const test::LoggedSandbox sandbox;
+        sandbox.makeFolder("drask/folder");
+        sandbox.write("drask/a.py", "a");
+        writeManifest(sandbox, {sandbox.path("drask/folder"), sandbox.path("drask/a.py")});
+        QCOMPARE(uninstall(sandbox), 2);
+        QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/folder/"}));
+        VERIFY_LINES(relativeLog(sandbox), begins, manifestName);
+    }
 
-    QCOMPARE(uninstall(sandbox), 0);
+    void unreadableManifestDeletesNothingListed()
+    {
+        const test::LoggedSandbox sandbox;
+        sandbox.write("drask/a.py", "a");
+        writeManifest(sandbox, {sandbox.path("drask/a.py")});
+        QVERIFY(QFile::setPermissions(sandbox.path("drask/uninstall.ini"), QFile::WriteOwner));
+        test::giveToOrdinaryUser(sandbox.path("drask"));
+        BECOME_ORDINARY_USER_OR_SKIP();
 
-    QCOMPARE(sandbox.tree().keys(), QStringList("drask/"));
-}
+        QCOMPARE(uninstall(sandbox), 0);
+        QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
+        VERIFY_LINES(relativeLog(sandbox), begins, noManifest, manifestName);
+    }
 
-void tst_PluginUninstaller::listedFolderFailsAndTheRestIsDeleted()
-{
-    const test::Sandbox sandbox;
-    sandbox.makeFolder("drask/folder");
-    sandbox.write("drask/a.py", "a");
-    writeManifest(sandbox, {sandbox.path("drask/folder"), sandbox.path("drask/a.py")});
-    const test::LogCapture log;
+    void missingFolderIsIgnored()
+    {
+        const test::LoggedSandbox sandbox;
+        QCOMPARE(uninstall(sandbox), 0);
+        VERIFY_TREE(sandbox, test::Tree());
+        VERIFY_LINES(relativeLog(sandbox), begins, noManifest, manifestName, manifestStays,
+                     configStays);
+    }
 
-    QCOMPARE(uninstall(sandbox), 2);
-
-    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/folder/"}));
-    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, manifestName}));
-}
-
-void tst_PluginUninstaller::fileInAReadOnlyFolderFailsAndTheRestIsDeleted()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("locked/a.py", "a");
-    sandbox.write("drask/b.py", "b");
-    writeManifest(sandbox, {sandbox.path("locked/a.py"), sandbox.path("drask/b.py")});
-    test::giveToOrdinaryUser(sandbox.path("drask"));
-    const test::ReadOnly readOnly(sandbox.path("locked"));
-    BECOME_ORDINARY_USER_OR_SKIP();
-
-    QCOMPARE(uninstall(sandbox), 2);
-
-    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "locked/", "locked/a.py"}));
-}
-
-void tst_PluginUninstaller::unreadableManifestDeletesNothingListed()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/a.py", "a");
-    writeManifest(sandbox, {sandbox.path("drask/a.py")});
-    QVERIFY(QFile::setPermissions(sandbox.path("drask/uninstall.ini"), QFile::WriteOwner));
-    test::giveToOrdinaryUser(sandbox.path("drask"));
-    BECOME_ORDINARY_USER_OR_SKIP();
-    const test::LogCapture log;
-
-    QCOMPARE(uninstall(sandbox), 0);
-
-    QCOMPARE(sandbox.tree().keys(), QStringList({"drask/", "drask/a.py"}));
-    QCOMPARE(relativeLog(log, sandbox), QStringList({begins, noManifest, manifestName}));
-}
-
-void tst_PluginUninstaller::missingFolderIsIgnored()
-{
-    const test::Sandbox sandbox;
-    const test::LogCapture log;
-
-    QCOMPARE(uninstall(sandbox), 0);
-
-    QCOMPARE(test::treeDifference(sandbox.tree(), test::Tree()), QString());
-    QCOMPARE(relativeLog(log, sandbox),
-             QStringList({begins, noManifest, manifestName, manifestStays, configStays}));
-}
-
-void tst_PluginUninstaller::foldersInTheFilesPlacesAreIgnored()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("drask/uninstall.ini/own.txt", "mine");
-    sandbox.makeFolder("drask/manager.cfg");
-    const test::Tree before = sandbox.tree();
-    const test::LogCapture log;
-
-    QCOMPARE(uninstall(sandbox), 0);
-
-    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
-    QCOMPARE(relativeLog(log, sandbox),
-             QStringList({begins, noManifest, manifestName, manifestStays, configStays}));
-}
+    void foldersInTheFilesPlacesAreIgnored()
+    {
+        const test::LoggedSandbox sandbox;
+        sandbox.write("drask/uninstall.ini/own.txt", "mine");
+        sandbox.makeFolder("drask/manager.cfg");
+        const test::Tree before = sandbox.tree();
+        QCOMPARE(uninstall(sandbox), 0);
+        VERIFY_TREE(sandbox, before);
+        VERIFY_LINES(relativeLog(sandbox), begins, noManifest, manifestName, manifestStays,
+                     configStays);
+    }
+};
 
 DRASK_TEST(tst_PluginUninstaller)
 #include "tst_pluginuninstaller.moc"

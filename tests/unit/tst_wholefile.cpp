@@ -2,12 +2,8 @@
 #include "disk/wholefile.h"
 
 #include "filelooks.h"
-#include "ordinaryuser.h"
-#include "sandbox.h"
 #include "smalldisk.h"
-#include "testprogram.h"
-
-#include <QtTest>
+#include "unitcase.h"
 
 #include <thread>
 
@@ -68,441 +64,386 @@ Q_DECLARE_METATYPE(Kind)
 
 class tst_WholeFile : public QObject {
     Q_OBJECT
-
 private slots:
-    void contentIsWritten_data();
-    void contentIsWritten();
-    void fileThatCannotBeOpenedIsRefusedInQtsWords_data();
-    void fileThatCannotBeOpenedIsRefusedInQtsWords();
-    void fileStaysWhatItIs_data();
-    void fileStaysWhatItIs();
-    void anotherFileTakesThePlace();
-    void newFileIsLikeAnyOther();
-    void newFileFollowsTheAccessListOfItsFolder();
-    void linkToNothingLeadsToTheNewFile();
-    void equalContentIsOnlyTouched();
-    void additionOfWhatIsThereIsMade();
-    void fullDiskLeavesTheOldContent_data();
-    void fullDiskLeavesTheOldContent();
-    void fullDiskLeavesNoNewFile();
-    void deviceIsWrittenTo();
-    void pipeIsWrittenTo();
-    void leftoverOfAKilledRunIsCleared();
-    void readOnlyFileIsRefused_data();
-    void readOnlyFileIsRefused();
-    void writableFileInAReadOnlyFolder_data();
-    void writableFileInAReadOnlyFolder();
-    void fileOfAnotherIsWrittenInPlace();
-    void fileThatMayNotBeReadIsWritten_data();
-    void fileThatMayNotBeReadIsWritten();
-    void newFileInAReadOnlyFolderIsRefused();
-};
+    void contentIsWritten_data()
+    {
+        QTest::addColumn<QIODevice::OpenMode>("mode");
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
 
-void tst_WholeFile::contentIsWritten_data()
-{
-    QTest::addColumn<QIODevice::OpenMode>("mode");
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-
-    for (const QByteArray &before : {QByteArray(), QByteArray("old\n"), large}) {
-        const int size = before.size();
-        QTest::addRow("%d bytes are rewritten", size) << rewriting << before << QByteArray("new");
-        QTest::addRow("%d bytes are added to", size) << adding << before << before + "new";
-        QTest::addRow("%d readable bytes are added to", size)
-            << addingToReadable << before << before + "new";
-    }
-}
-
-void tst_WholeFile::contentIsWritten()
-{
-    QFETCH(QIODevice::OpenMode, mode);
-    QFETCH(QByteArray, before);
-    QFETCH(QByteArray, after);
-    const test::Sandbox sandbox;
-    if (!before.isNull()) {
-        sandbox.write("file", before);
-    }
-    QString reason = "as it was";
-
-    QVERIFY(writeWhole(sandbox.path("file"), mode, "new", &reason));
-    QCOMPARE(test::treeDifference(sandbox.tree(), {{"file", after}}), QString());
-    QCOMPARE(reason, QString("as it was"));
-}
-
-void tst_WholeFile::fileThatCannotBeOpenedIsRefusedInQtsWords_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QIODevice::OpenMode>("mode");
-
-    for (const QIODevice::OpenMode mode : {rewriting, adding, addingToReadable}) {
-        QTest::addRow("a folder, mode %d", int(mode)) << "folder" << mode;
-        QTest::addRow("a missing folder, mode %d", int(mode)) << "missing/file" << mode;
-        QTest::addRow("below a file, mode %d", int(mode)) << "file/file" << mode;
-        QTest::addRow("a name too long, mode %d", int(mode)) << QString(300, 'x') << mode;
-        QTest::addRow("a link in a circle, mode %d", int(mode)) << "circle" << mode;
-        QTest::addRow("a link to a missing folder, mode %d", int(mode)) << "dangling" << mode;
-        QTest::addRow("a link to a name too long, mode %d", int(mode)) << "long" << mode;
-    }
-}
-
-void tst_WholeFile::fileThatCannotBeOpenedIsRefusedInQtsWords()
-{
-    QFETCH(QString, name);
-    QFETCH(QIODevice::OpenMode, mode);
-    const test::Sandbox sandbox;
-    sandbox.makeFolder("folder");
-    sandbox.write("file", "old\n");
-    sandbox.makeLink("circle", "circle");
-    sandbox.makeLink("missing/file", "dangling");
-    sandbox.makeLink(QString(300, 'x'), "long");
-    const test::Tree before = sandbox.tree();
-    QFile plain(sandbox.path(name));
-    QVERIFY(!plain.open(mode));
-    QString reason;
-
-    QVERIFY(!writeWhole(sandbox.path(name), mode, "new", &reason));
-    QVERIFY(!writeWhole(sandbox.path(name), mode, "new"));
-    QCOMPARE(reason, plain.errorString());
-    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
-}
-
-void tst_WholeFile::fileStaysWhatItIs_data()
-{
-    QTest::addColumn<Kind>("kind");
-    QTest::addColumn<QIODevice::OpenMode>("mode");
-
-    const auto add = [](const char *name, Kind kind) {
-        QTest::addRow("%s, rewritten", name) << kind << rewriting;
-        QTest::addRow("%s, added to", name) << kind << adding;
-    };
-    add("the usual", Kind::Usual);
-    if (geteuid() == 0) {
-        add("of another user", Kind::OfAnotherUser);
-    }
-    add("read-only for the group", Kind::ReadOnlyForTheGroup);
-    add("with attributes", Kind::WithAttributes);
-    add("behind a link", Kind::BehindALink);
-    add("with two names", Kind::WithTwoNames);
-}
-
-void tst_WholeFile::fileStaysWhatItIs()
-{
-    QFETCH(Kind, kind);
-    QFETCH(QIODevice::OpenMode, mode);
-    const test::Sandbox sandbox;
-    if (!makeFile(sandbox, kind, large)) {
-        QSKIP("the disk has no extended attributes or access lists");
-    }
-    const QString looks = test::looksOf(sandbox.path("file"));
-    const QByteArray after = mode.testFlag(QIODevice::Append) ? large + "new" : "new";
-    test::Tree expected = sandbox.tree();
-    for (QByteArray &content : expected) {
-        content = content == large ? after : content;
+        for (const QByteArray &before : {QByteArray(), QByteArray("old\n"), large}) {
+            const int size = before.size();
+            QTest::addRow("%d bytes are rewritten", size)
+                << rewriting << before << QByteArray("new");
+            QTest::addRow("%d bytes are added to", size) << adding << before << before + "new";
+            QTest::addRow("%d readable bytes are added to", size)
+                << addingToReadable << before << before + "new";
+        }
+        QTest::newRow("what is there is added")
+            << adding << QByteArray("new") << QByteArray("newnew");
     }
 
-    QVERIFY(writeWhole(sandbox.path("file"), mode, "new"));
-    QCOMPARE(test::treeDifference(sandbox.tree(), expected), QString());
-    QCOMPARE(test::looksOf(sandbox.path("file")), looks);
-}
-
-void tst_WholeFile::anotherFileTakesThePlace()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("file", "old");
-    QFile old(sandbox.path("file"));
-    QVERIFY(old.open(QIODevice::ReadOnly));
-
-    QVERIFY(writeWhole(sandbox.path("file"), rewriting, "new"));
-    QCOMPARE(old.readAll(), QByteArray("old"));
-}
-
-void tst_WholeFile::newFileIsLikeAnyOther()
-{
-    const test::Sandbox sandbox;
-    for (const mode_t mask : {0022U, 0077U, 0002U}) {
-        const mode_t before = umask(mask);
-        sandbox.write("usual", "");
-        const bool isWritten = writeWhole(sandbox.path("file"), rewriting, "new");
-        umask(before);
-
-        QVERIFY(isWritten);
-        QCOMPARE(test::looksOf(sandbox.path("file")), test::looksOf(sandbox.path("usual")));
-        sandbox.remove("usual");
-        sandbox.remove("file");
-    }
-}
-
-void tst_WholeFile::newFileFollowsTheAccessListOfItsFolder()
-{
-    const test::Sandbox sandbox;
-    if (!test::setAccessListOfNewFiles(sandbox.path())) {
-        QSKIP("the disk has no access lists");
-    }
-    sandbox.write("usual", "old");
-    const QString looks = test::looksOf(sandbox.path("usual"));
-
-    QVERIFY(writeWhole(sandbox.path("file"), rewriting, "new"));
-    QVERIFY(writeWhole(sandbox.path("usual"), rewriting, "new"));
-    QCOMPARE(test::looksOf(sandbox.path("file")), looks);
-    QCOMPARE(test::looksOf(sandbox.path("usual")), looks);
-}
-
-void tst_WholeFile::linkToNothingLeadsToTheNewFile()
-{
-    const test::Sandbox sandbox;
-    sandbox.makeFolder("elsewhere");
-    sandbox.makeLink("elsewhere/file", "link");
-
-    QVERIFY(writeWhole(sandbox.path("link"), adding, "new"));
-    QCOMPARE(sandbox.read("elsewhere/file"), QByteArray("new"));
-    QVERIFY(QFileInfo(sandbox.path("link")).isSymLink());
-}
-
-void tst_WholeFile::equalContentIsOnlyTouched()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("file", "same");
-    sandbox.age("file");
-    QFile old(sandbox.path("file"));
-    QVERIFY(old.open(QIODevice::ReadWrite));
-
-    QVERIFY(writeWhole(sandbox.path("file"), rewriting, "same"));
-    QVERIFY(!sandbox.isAged("file"));
-    QVERIFY(old.resize(0));
-    QCOMPARE(sandbox.read("file"), QByteArray(""));
-}
-
-void tst_WholeFile::additionOfWhatIsThereIsMade()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("file", "same");
-
-    QVERIFY(writeWhole(sandbox.path("file"), adding, "same"));
-    QCOMPARE(sandbox.read("file"), QByteArray("samesame"));
-}
-
-void tst_WholeFile::fullDiskLeavesTheOldContent_data()
-{
-    fileStaysWhatItIs_data();
-}
-
-void tst_WholeFile::fullDiskLeavesTheOldContent()
-{
-    QFETCH(Kind, kind);
-    QFETCH(QIODevice::OpenMode, mode);
-    const test::Sandbox sandbox;
-    const test::SmallDisk disk(sandbox.path(), "size=64k");
-    if (!disk.isMounted()) {
-        QSKIP("no disk of its own can be mounted here");
-    }
-    QVERIFY(makeFile(sandbox, kind, large));
-    // Some room is left, so that the disk fills up in the middle.
-    sandbox.write("room", QByteArray(8192, 'r'));
-    disk.fill();
-    sandbox.remove("room");
-    const test::Tree before = sandbox.tree();
-    const QString looks = test::looksOf(sandbox.path("file"));
-    QString reason;
-
-    QVERIFY(!writeWhole(sandbox.path("file"), mode, QByteArray(60000, 'y'), &reason));
-    QCOMPARE(reason, QString("No space left on device"));
-    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
-    QCOMPARE(test::looksOf(sandbox.path("file")), looks);
-}
-
-void tst_WholeFile::fullDiskLeavesNoNewFile()
-{
-    const test::Sandbox sandbox;
-    const test::SmallDisk disk(sandbox.path(), "size=64k");
-    if (!disk.isMounted()) {
-        QSKIP("no disk of its own can be mounted here");
-    }
-    sandbox.makeLink("elsewhere", "link");
-    disk.fill();
-    const test::Tree before = sandbox.tree();
-
-    for (const char *name : {"file", "link"}) {
-        QString reason;
-        QVERIFY(!writeWhole(sandbox.path(name), rewriting, "new", &reason));
-        QCOMPARE(reason, QString("No space left on device"));
-    }
-    QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
-}
-
-void tst_WholeFile::deviceIsWrittenTo()
-{
-    const test::Sandbox sandbox;
-    sandbox.makeLink("/dev/null", "nothing");
-    sandbox.makeLink("/dev/full", "full");
-    QString reason;
-
-    QVERIFY(writeWhole(sandbox.path("nothing"), rewriting, "new"));
-    QVERIFY(!writeWhole(sandbox.path("full"), rewriting, "new", &reason));
-    QCOMPARE(reason, QString("No space left on device"));
-}
-
-void tst_WholeFile::pipeIsWrittenTo()
-{
-    const test::Sandbox sandbox;
-    const QString pipe = sandbox.path("pipe");
-    QVERIFY(mkfifo(QFile::encodeName(pipe).constData(), 0600) == 0);
-    QByteArray received;
-    std::thread reader([&pipe, &received] {
-        QFile file(pipe);
-        file.open(QIODevice::ReadOnly);
-        received = file.readAll();
-    });
-
-    const bool isWritten = writeWhole(pipe, rewriting, "new");
-    reader.join();
-
-    QVERIFY(isWritten);
-    QCOMPARE(received, QByteArray("new"));
-}
-
-void tst_WholeFile::leftoverOfAKilledRunIsCleared()
-{
-    for (const char *content : {"old", "new"}) {
+    void contentIsWritten()
+    {
+        QFETCH(QIODevice::OpenMode, mode);
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
         const test::Sandbox sandbox;
-        sandbox.write("file", content);
-        sandbox.write(".drask-unfinished", "ha");
+        if (!before.isNull()) {
+            sandbox.write("file", before);
+        }
+        QString reason = "as it was";
+
+        QVERIFY(writeWhole(sandbox.path("file"), mode, "new", &reason));
+        VERIFY_TREE(sandbox, {{"file", after}});
+        QCOMPARE(reason, QString("as it was"));
+    }
+
+    void fileThatCannotBeOpenedIsRefusedInQtsWords_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QIODevice::OpenMode>("mode");
+
+        for (const QIODevice::OpenMode mode : {rewriting, adding, addingToReadable}) {
+            QTest::addRow("a folder, mode %d", int(mode)) << "folder" << mode;
+            QTest::addRow("a missing folder, mode %d", int(mode)) << "missing/file" << mode;
+            QTest::addRow("below a file, mode %d", int(mode)) << "file/file" << mode;
+            QTest::addRow("a name too long, mode %d", int(mode)) << QString(300, 'x') << mode;
+            QTest::addRow("a link in a circle, mode %d", int(mode)) << "circle" << mode;
+            QTest::addRow("a link to a missing folder, mode %d", int(mode)) << "dangling" << mode;
+            QTest::addRow("a link to a name too long, mode %d", int(mode)) << "long" << mode;
+        }
+    }
+
+    void fileThatCannotBeOpenedIsRefusedInQtsWords()
+    {
+        QFETCH(QString, name);
+        QFETCH(QIODevice::OpenMode, mode);
+        const test::Sandbox sandbox;
+        sandbox.makeFolder("folder");
+        sandbox.write("file", "old\n");
+        sandbox.makeLink("circle", "circle");
+        sandbox.makeLink("missing/file", "dangling");
+        sandbox.makeLink(QString(300, 'x'), "long");
+        const test::Tree before = sandbox.tree();
+        QFile plain(sandbox.path(name));
+        QVERIFY(!plain.open(mode));
+        QString reason;
+
+        QVERIFY(!writeWhole(sandbox.path(name), mode, "new", &reason));
+        QVERIFY(!writeWhole(sandbox.path(name), mode, "new"));
+        QCOMPARE(reason, plain.errorString());
+        VERIFY_TREE(sandbox, before);
+    }
+
+    void fileStaysWhatItIs_data()
+    {
+        QTest::addColumn<Kind>("kind");
+        QTest::addColumn<QIODevice::OpenMode>("mode");
+
+        const auto add = [](const char *name, Kind kind) {
+            QTest::addRow("%s, rewritten", name) << kind << rewriting;
+            QTest::addRow("%s, added to", name) << kind << adding;
+        };
+        add("the usual", Kind::Usual);
+        if (geteuid() == 0) {
+            add("of another user", Kind::OfAnotherUser);
+        }
+        add("read-only for the group", Kind::ReadOnlyForTheGroup);
+        add("with attributes", Kind::WithAttributes);
+        add("behind a link", Kind::BehindALink);
+        add("with two names", Kind::WithTwoNames);
+    }
+
+    void fileStaysWhatItIs()
+    {
+        QFETCH(Kind, kind);
+        QFETCH(QIODevice::OpenMode, mode);
+        const test::Sandbox sandbox;
+        if (!makeFile(sandbox, kind, large)) {
+            QSKIP("the disk has no extended attributes or access lists");
+        }
+        const QString looks = test::looksOf(sandbox.path("file"));
+        const QByteArray after = mode.testFlag(QIODevice::Append) ? large + "new" : "new";
+        test::Tree expected = sandbox.tree();
+        for (QByteArray &content : expected) {
+            content = content == large ? after : content;
+        }
+
+        QVERIFY(writeWhole(sandbox.path("file"), mode, "new"));
+        VERIFY_TREE(sandbox, expected);
+        QCOMPARE(test::looksOf(sandbox.path("file")), looks);
+    }
+
+    void anotherFileTakesThePlace()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("file", "old");
+        QFile old(sandbox.path("file"));
+        QVERIFY(old.open(QIODevice::ReadOnly));
+        QVERIFY(writeWhole(sandbox.path("file"), rewriting, "new"));
+        QCOMPARE(old.readAll(), QByteArray("old"));
+    }
+
+    void newFileIsLikeAnyOther()
+    {
+        const test::Sandbox sandbox;
+        for (const mode_t mask : {0022U, 0077U, 0002U}) {
+            const mode_t before = umask(mask);
+            sandbox.write("usual", "");
+            const bool isWritten = writeWhole(sandbox.path("file"), rewriting, "new");
+            umask(before);
+
+            QVERIFY(isWritten);
+            QCOMPARE(test::looksOf(sandbox.path("file")), test::looksOf(sandbox.path("usual")));
+            sandbox.remove("usual");
+            sandbox.remove("file");
+        }
+    }
+
+    void newFileFollowsTheAccessListOfItsFolder()
+    {
+        const test::Sandbox sandbox;
+        if (!test::setAccessListOfNewFiles(sandbox.path())) {
+            QSKIP("the disk has no access lists");
+        }
+        sandbox.write("usual", "old");
+        const QString looks = test::looksOf(sandbox.path("usual"));
 
         QVERIFY(writeWhole(sandbox.path("file"), rewriting, "new"));
-        QCOMPARE(test::treeDifference(sandbox.tree(), {{"file", "new"}}), QString());
+        QVERIFY(writeWhole(sandbox.path("usual"), rewriting, "new"));
+        QCOMPARE(test::looksOf(sandbox.path("file")), looks);
+        QCOMPARE(test::looksOf(sandbox.path("usual")), looks);
     }
-}
 
-void tst_WholeFile::readOnlyFileIsRefused_data()
-{
-    QTest::addColumn<QIODevice::OpenMode>("mode");
-
-    QTest::newRow("to be rewritten") << rewriting;
-    QTest::newRow("to be added to") << adding;
-}
-
-void tst_WholeFile::readOnlyFileIsRefused()
-{
-    QFETCH(QIODevice::OpenMode, mode);
-    const test::Sandbox sandbox;
-    sandbox.write("file", "old");
-    test::giveToOrdinaryUser(sandbox.path());
-    test::giveToOrdinaryUser(sandbox.path("file"));
-    test::setRights(sandbox.path("file"), 0444);
-    QString reason;
+    void linkToNothingLeadsToTheNewFile()
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
-        }
-        QVERIFY(!writeWhole(sandbox.path("file"), mode, "new", &reason));
+        const test::Sandbox sandbox;
+        sandbox.makeFolder("elsewhere");
+        sandbox.makeLink("elsewhere/file", "link");
+        QVERIFY(writeWhole(sandbox.path("link"), adding, "new"));
+        QCOMPARE(sandbox.read("elsewhere/file"), QByteArray("new"));
+        QVERIFY(QFileInfo(sandbox.path("link")).isSymLink());
     }
 
-    QCOMPARE(reason, QString("Permission denied"));
-    QCOMPARE(test::treeDifference(sandbox.tree(), {{"file", "old"}}), QString());
-}
-
-void tst_WholeFile::writableFileInAReadOnlyFolder_data()
-{
-    readOnlyFileIsRefused_data();
-}
-
-void tst_WholeFile::writableFileInAReadOnlyFolder()
-{
-    QFETCH(QIODevice::OpenMode, mode);
-    const test::Sandbox sandbox;
-    const test::SmallDisk disk(sandbox.path(), "size=64k");
-    if (!disk.isMounted()) {
-        QSKIP("no disk of its own can be mounted here");
-    }
-    sandbox.write("file", large);
-    test::giveToOrdinaryUser(sandbox.path("file"));
-    test::setRights(sandbox.path(), 0555);
-    const QString looks = test::looksOf(sandbox.path("file"));
-    bool isWritten = false;
-    bool isTooMuchWritten = true;
+    void equalContentIsOnlyTouched()
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
-        }
-        isWritten = writeWhole(sandbox.path("file"), mode, "new");
-        isTooMuchWritten = writeWhole(sandbox.path("file"), mode, QByteArray(90000, 'y'));
+        const test::Sandbox sandbox;
+        sandbox.write("file", "same");
+        sandbox.age("file");
+        QFile old(sandbox.path("file"));
+        QVERIFY(old.open(QIODevice::ReadWrite));
+        QVERIFY(writeWhole(sandbox.path("file"), rewriting, "same"));
+        QVERIFY(!sandbox.isAged("file"));
+        QVERIFY(old.resize(0));
+        QCOMPARE(sandbox.read("file"), QByteArray(""));
     }
 
-    QVERIFY(isWritten);
-    QVERIFY(!isTooMuchWritten);
-    const QByteArray after = mode.testFlag(QIODevice::Append) ? large + "new" : "new";
-    QCOMPARE(test::treeDifference(sandbox.tree(), {{"file", after}}), QString());
-    QCOMPARE(test::looksOf(sandbox.path("file")), looks);
-}
-
-void tst_WholeFile::fileOfAnotherIsWrittenInPlace()
-{
-    const test::Sandbox sandbox;
-    sandbox.write("file", "old");
-    test::setRights(sandbox.path(), 0777);
-    test::setRights(sandbox.path("file"), 0666);
-    const QString looks = test::looksOf(sandbox.path("file"));
-    bool isWritten = false;
+    void fullDiskLeavesTheOldContent_data()
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
-        }
-        isWritten = writeWhole(sandbox.path("file"), rewriting, "new")
-            && writeWhole(sandbox.path("file"), adding, "er");
+        fileStaysWhatItIs_data();
     }
 
-    QVERIFY(isWritten);
-    QCOMPARE(test::treeDifference(sandbox.tree(), {{"file", "newer"}}), QString());
-    QCOMPARE(test::looksOf(sandbox.path("file")), looks);
-}
-
-void tst_WholeFile::fileThatMayNotBeReadIsWritten_data()
-{
-    readOnlyFileIsRefused_data();
-}
-
-void tst_WholeFile::fileThatMayNotBeReadIsWritten()
-{
-    QFETCH(QIODevice::OpenMode, mode);
-    const test::Sandbox sandbox;
-    sandbox.write("file", "old");
-    test::giveToOrdinaryUser(sandbox.path());
-    test::giveToOrdinaryUser(sandbox.path("file"));
-    test::setRights(sandbox.path("file"), 0200);
-    bool isWritten = false;
+    void fullDiskLeavesTheOldContent()
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
+        QFETCH(Kind, kind);
+        QFETCH(QIODevice::OpenMode, mode);
+        const test::Sandbox sandbox;
+        const test::SmallDisk disk(sandbox.path(), "size=64k");
+        if (!disk.isMounted()) {
+            QSKIP("no disk of its own can be mounted here");
         }
-        isWritten = writeWhole(sandbox.path("file"), mode, "new");
+        QVERIFY(makeFile(sandbox, kind, large));
+        // Some room is left, so that the disk fills up in the middle.
+        sandbox.write("room", QByteArray(8192, 'r'));
+        disk.fill();
+        sandbox.remove("room");
+        const test::Tree before = sandbox.tree();
+        const QString looks = test::looksOf(sandbox.path("file"));
+        QString reason;
+
+        QVERIFY(!writeWhole(sandbox.path("file"), mode, QByteArray(60000, 'y'), &reason));
+        QCOMPARE(reason, QString("No space left on device"));
+        VERIFY_TREE(sandbox, before);
+        QCOMPARE(test::looksOf(sandbox.path("file")), looks);
     }
 
-    QVERIFY(isWritten);
-    QVERIFY(test::looksOf(sandbox.path("file")).startsWith("100200 "));
-    test::setRights(sandbox.path("file"), 0600);
-    QCOMPARE(sandbox.read("file"),
-             mode.testFlag(QIODevice::Append) ? QByteArray("oldnew") : QByteArray("new"));
-}
-
-void tst_WholeFile::newFileInAReadOnlyFolderIsRefused()
-{
-    const test::Sandbox sandbox;
-    test::setRights(sandbox.path(), 0555);
-    QString reason;
+    void fullDiskLeavesNoNewFile()
     {
-        const test::OrdinaryUser user;
-        if (!user.isActive()) {
-            QSKIP("the rights of root could not be given up");
+        const test::Sandbox sandbox;
+        const test::SmallDisk disk(sandbox.path(), "size=64k");
+        if (!disk.isMounted()) {
+            QSKIP("no disk of its own can be mounted here");
         }
-        QVERIFY(!writeWhole(sandbox.path("file"), rewriting, "new", &reason));
+        sandbox.makeLink("elsewhere", "link");
+        disk.fill();
+        const test::Tree before = sandbox.tree();
+
+        for (const char *name : {"file", "link"}) {
+            QString reason;
+            QVERIFY(!writeWhole(sandbox.path(name), rewriting, "new", &reason));
+            QCOMPARE(reason, QString("No space left on device"));
+        }
+        VERIFY_TREE(sandbox, before);
     }
 
-    QCOMPARE(reason, QString("Permission denied"));
-    QCOMPARE(test::treeDifference(sandbox.tree(), {}), QString());
-}
+    void deviceIsWrittenTo()
+    {
+        const test::Sandbox sandbox;
+        sandbox.makeLink("/dev/null", "nothing");
+        sandbox.makeLink("/dev/full", "full");
+        QString reason;
+        QVERIFY(writeWhole(sandbox.path("nothing"), rewriting, "new"));
+        QVERIFY(!writeWhole(sandbox.path("full"), rewriting, "new", &reason));
+        QCOMPARE(reason, QString("No space left on device"));
+    }
+
+    void pipeIsWrittenTo()
+    {
+        const test::Sandbox sandbox;
+        const QString pipe = sandbox.path("pipe");
+        QVERIFY(mkfifo(QFile::encodeName(pipe).constData(), 0600) == 0);
+        QByteArray received;
+        std::thread reader([&pipe, &received] {
+            QFile file(pipe);
+            file.open(QIODevice::ReadOnly);
+            received = file.readAll();
+        });
+
+        const bool isWritten = writeWhole(pipe, rewriting, "new");
+        reader.join();
+
+        QVERIFY(isWritten);
+        QCOMPARE(received, QByteArray("new"));
+    }
+
+    void leftoverOfAKilledRunIsCleared()
+    {
+        for (const char *content : {"old", "new"}) {
+            const test::Sandbox sandbox;
+            sandbox.write("file", content);
+            sandbox.write(".drask-unfinished", "ha");
+            QVERIFY(writeWhole(sandbox.path("file"), rewriting, "new"));
+            VERIFY_TREE(sandbox, {{"file", "new"}});
+        }
+    }
+
+    void readOnlyFileIsRefused_data()
+    {
+        const test::Table<QIODevice::OpenMode> table("mode");
+        table.row("to be rewritten", rewriting);
+        table.row("to be added to", adding);
+    }
+
+    void readOnlyFileIsRefused()
+    {
+        QFETCH(QIODevice::OpenMode, mode);
+        const test::Sandbox sandbox;
+        sandbox.write("file", "old");
+        test::giveToOrdinaryUser(sandbox.path());
+        test::giveToOrdinaryUser(sandbox.path("file"));
+        test::setRights(sandbox.path("file"), 0444);
+        QString reason;
+        {
+            BECOME_ORDINARY_USER_OR_SKIP();
+            QVERIFY(!writeWhole(sandbox.path("file"), mode, "new", &reason));
+        }
+
+        QCOMPARE(reason, QString("Permission denied"));
+        VERIFY_TREE(sandbox, {{"file", "old"}});
+    }
+
+    void writableFileInAReadOnlyFolder_data()
+    {
+        readOnlyFileIsRefused_data();
+    }
+
+    void writableFileInAReadOnlyFolder()
+    {
+        QFETCH(QIODevice::OpenMode, mode);
+        const test::Sandbox sandbox;
+        const test::SmallDisk disk(sandbox.path(), "size=64k");
+        if (!disk.isMounted()) {
+            QSKIP("no disk of its own can be mounted here");
+        }
+        sandbox.write("file", large);
+        test::giveToOrdinaryUser(sandbox.path("file"));
+        test::setRights(sandbox.path(), 0555);
+        const QString looks = test::looksOf(sandbox.path("file"));
+        bool isWritten = false;
+        bool isTooMuchWritten = true;
+        {
+            BECOME_ORDINARY_USER_OR_SKIP();
+            isWritten = writeWhole(sandbox.path("file"), mode, "new");
+            isTooMuchWritten = writeWhole(sandbox.path("file"), mode, QByteArray(90000, 'y'));
+        }
+
+        QVERIFY(isWritten);
+        QVERIFY(!isTooMuchWritten);
+        const QByteArray after = mode.testFlag(QIODevice::Append) ? large + "new" : "new";
+        VERIFY_TREE(sandbox, {{"file", after}});
+        QCOMPARE(test::looksOf(sandbox.path("file")), looks);
+    }
+
+    void fileOfAnotherIsWrittenInPlace()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("file", "old");
+        test::setRights(sandbox.path(), 0777);
+        test::setRights(sandbox.path("file"), 0666);
+        const QString looks = test::looksOf(sandbox.path("file"));
+        bool isWritten = false;
+        {
+            BECOME_ORDINARY_USER_OR_SKIP();
+            isWritten = writeWhole(sandbox.path("file"), rewriting, "new")
+                && writeWhole(sandbox.path("file"), adding, "er");
+        }
+
+        QVERIFY(isWritten);
+        VERIFY_TREE(sandbox, {{"file", "newer"}});
+        QCOMPARE(test::looksOf(sandbox.path("file")), looks);
+    }
+
+    void fileThatMayNotBeReadIsWritten_data()
+    {
+        readOnlyFileIsRefused_data();
+    }
+
+    void fileThatMayNotBeReadIsWritten()
+    {
+        QFETCH(QIODevice::OpenMode, mode);
+        const test::Sandbox sandbox;
+        sandbox.write("file", "old");
+        test::giveToOrdinaryUser(sandbox.path());
+        test::giveToOrdinaryUser(sandbox.path("file"));
+        test::setRights(sandbox.path("file"), 0200);
+        bool isWritten = false;
+        {
+            BECOME_ORDINARY_USER_OR_SKIP();
+            isWritten = writeWhole(sandbox.path("file"), mode, "new");
+        }
+
+        QVERIFY(isWritten);
+        QVERIFY(test::looksOf(sandbox.path("file")).startsWith("100200 "));
+        test::setRights(sandbox.path("file"), 0600);
+        QCOMPARE(sandbox.read("file"),
+                 mode.testFlag(QIODevice::Append) ? QByteArray("oldnew") : QByteArray("new"));
+    }
+
+    void newFileInAReadOnlyFolderIsRefused()
+    {
+        const test::Sandbox sandbox;
+        test::setRights(sandbox.path(), 0555);
+        QString reason;
+        {
+            BECOME_ORDINARY_USER_OR_SKIP();
+            QVERIFY(!writeWhole(sandbox.path("file"), rewriting, "new", &reason));
+        }
+
+        QCOMPARE(reason, QString("Permission denied"));
+        VERIFY_TREE(sandbox, {});
+    }
+};
 
 DRASK_TEST(tst_WholeFile)
 #include "tst_wholefile.moc"
