@@ -64,7 +64,7 @@ bool writeAll(QFile &file, const QByteArray &content, QString &reason)
     return bringToDisk(file, &reason);
 }
 
-bool fill(StandIn &standIn, const QByteArray &content, QString &reason)
+bool fill(const StandIn &standIn, const QByteArray &content, QString &reason)
 {
     QFile file;
     if (!file.open(standIn.handle(), QIODevice::WriteOnly | QIODevice::Unbuffered)) {
