@@ -24,22 +24,25 @@ public:
     }
     Descriptor(const Descriptor &) = delete;
     Descriptor &operator=(const Descriptor &) = delete;
+    /// Takes over what \a other owns.
     Descriptor(Descriptor &&other) noexcept
         : value(std::exchange(other.value, -1))
     {
     }
+    /// Takes over what \a other owns, which gets what was owned here.
     Descriptor &operator=(Descriptor &&other) noexcept
     {
-        // What was open here goes away with the other one.
         std::swap(value, other.value);
         return *this;
     }
 
+    /// True when it owns an open file.
     bool isOpen() const
     {
         return value >= 0;
     }
 
+    /// The number of the file; negative when there is none.
     int number() const
     {
         return value;

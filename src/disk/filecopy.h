@@ -17,6 +17,7 @@
 /// the calls of QFile::copy(), and it is left to PlacedFiles to wait for the disk.
 class FileCopier {
 public:
+    /// \a source is the file to copy: a full name. It is opened by the first copy.
     explicit FileCopier(const QString &source);
 
     /// Copies the file to \a target, with the outcome of QFile::copy(): where there is a \a target

@@ -38,6 +38,7 @@ public:
     StandIn(const StandIn &) = delete;
     StandIn &operator=(const StandIn &) = delete;
 
+    /// What stood there when the object was made.
     Place place() const;
 
     /// Makes the new file, with the rights that any new file gets if the place is free, and

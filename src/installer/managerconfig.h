@@ -10,12 +10,12 @@
 
 /// What manager.cfg tells an installed plug-in.
 struct ManagerConfig {
-    QString userName;
-    QString projectsFolder;
-    QString appDirPath; ///< the tool's own folder, without a trailing slash
-    QString version;    ///< the tool's own version
-    QByteArray cpuType; ///< as "cputype" printed it
-    bool copyTexFiles = true;
+    QString userName;         ///< empty for a user who is logged out
+    QString projectsFolder;   ///< the user's local projects folder, as the settings give it
+    QString appDirPath;       ///< the tool's own folder, without a trailing slash
+    QString version;          ///< the tool's own version
+    QByteArray cpuType;       ///< as "cputype" printed it
+    bool copyTexFiles = true; ///< whether the user sends textures along
 };
 
 /// The seven lines of \a config, without line ends.

@@ -21,14 +21,15 @@ QString mayaAddition(const QString &templateText, const QString &pluginFolder);
 
 /// What is to become of a script that has an addition.
 struct MayaUpdate {
+    /// What of the script changes.
     enum class Part {
         None,     ///< the script is as it should be
         PathLine, ///< the path line is another
         Block,    ///< the whole addition is replaced
         Lost,     ///< the addition that was recognised is not there any more: a failure
     };
-    Part part = Part::None;
-    QString script; ///< the new script for PathLine and Block
+    Part part = Part::None; ///< what changes
+    QString script;         ///< the new script for PathLine and Block
 };
 
 /// Brings the addition in \a script up to date with \a templateText and \a pluginFolder. The

@@ -16,13 +16,14 @@ inline constexpr QLatin1String installedMarker = "#drask_installed"_l1;
 
 /// What is to become of a start-up file.
 struct ScriptEdit {
+    /// How the file changes.
     enum class Kind {
         Leave,   ///< the file is as it should be
         Append,  ///< the text comes behind what is there; a missing file is made
         Rewrite, ///< the text is the file's new content
     };
-    Kind kind = Kind::Leave;
-    QString text;
+    Kind kind = Kind::Leave; ///< how the file changes
+    QString text;            ///< for Append and Rewrite
 };
 
 /// The lines of \a text, each changed by \a edit and ended by "\n". Their own line ends, "\n" or
