@@ -81,8 +81,8 @@ std::optional<bool> giveName(int file, const QByteArray &target)
 
 } // namespace
 
-FileCopier::FileCopier(const QString &source)
-    : path(source)
+FileCopier::FileCopier(QString source)
+    : path(std::move(source))
 {
 }
 

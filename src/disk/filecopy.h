@@ -18,7 +18,7 @@
 class FileCopier {
 public:
     /// \a source is the file to copy: a full name. It is opened by the first copy.
-    explicit FileCopier(const QString &source);
+    explicit FileCopier(QString source);
 
     /// Copies the file to \a target, with the outcome of QFile::copy(): where there is a \a target
     /// already, a dangling link included, nothing happens; otherwise it gets the content and the
@@ -46,6 +46,8 @@ public:
     ~PlacedFiles();
     PlacedFiles(const PlacedFiles &) = delete;
     PlacedFiles &operator=(const PlacedFiles &) = delete;
+    PlacedFiles(PlacedFiles &&) = delete;
+    PlacedFiles &operator=(PlacedFiles &&) = delete;
 
     /// Opens the file \a path for reading and writing, which makes an empty one where there is
     /// none, and keeps it in mind. Returns whether it could be opened. Logs nothing.

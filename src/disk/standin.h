@@ -37,6 +37,8 @@ public:
     ~StandIn();
     StandIn(const StandIn &) = delete;
     StandIn &operator=(const StandIn &) = delete;
+    StandIn(StandIn &&) = delete;
+    StandIn &operator=(StandIn &&) = delete;
 
     /// What stood there when the object was made.
     Place place() const;

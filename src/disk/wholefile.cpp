@@ -53,13 +53,13 @@ OldContent readOld(const QString &path)
 /// A disk that fills up takes a part of a piece, and says why only when asked for the next.
 bool writeAll(QFile &file, const QByteArray &content, QString &reason)
 {
-    for (qint64 done = 0; done < content.size();) {
-        const qint64 written = file.write(content.constData() + done, content.size() - done);
+    for (QByteArray rest = content; !rest.isEmpty();) {
+        const qint64 written = file.write(rest);
         if (written <= 0) {
             reason = file.errorString();
             return false;
         }
-        done += written;
+        rest = rest.mid(static_cast<int>(written));
     }
     return bringToDisk(file, &reason);
 }

@@ -3,6 +3,7 @@
 
 #include "ordinaryuser.h"
 
+#include <QFileInfo>
 #include <QProcess>
 
 #include <algorithm>

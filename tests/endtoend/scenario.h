@@ -5,6 +5,7 @@
 #include <QMap>
 #include <QRegularExpression>
 #include <QStringList>
+#include <QStringView>
 #include <QVector>
 
 /// \file
@@ -87,7 +88,7 @@ struct Vocabulary {
         for (auto places = form.globalMatch(text); places.hasNext();) {
             const QRegularExpressionMatch place = places.next();
             const QString name = place.captured(3);
-            result += text.mid(end, place.capturedStart() - end);
+            result += QStringView(text).mid(end, place.capturedStart() - end).toString();
             end = place.capturedEnd();
             if (!place.captured(2).isEmpty()) {
                 result += expanded(place.captured(1)).repeated(place.captured(2).toInt());
