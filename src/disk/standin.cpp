@@ -80,7 +80,8 @@ bool claim(int handle)
 {
     struct stat now = {};
     const bool isFree = flock(handle, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-    return isFree && fstat(handle, &now) == 0 && now.st_nlink > 0;
+    // A file that cannot be asked is taken for one's own, and so goes again if it comes to nothing.
+    return isFree && (fstat(handle, &now) != 0 || now.st_nlink > 0);
 }
 
 /// Takes the file \a name away if no run works on it. Returns whether there was one.

@@ -19,22 +19,26 @@ namespace {
 
 /// The calls that look for, read, write, make and close files, or start the companion program. Left
 /// alone are those that cannot fail so (a seek in an open file; questions to the process itself),
-/// those for memory and for the companion's end, and two more: the system library ends every
-/// program that gets no event descriptor, before a log could be kept; and a companion that cannot
-/// be forked is a case of its own.
+/// those for memory and for the companion's end, and three more: the system library ends every
+/// program that gets no event descriptor, before a log could be kept; a companion that cannot be
+/// forked is a case of its own; and the tracer makes a close fail by leaving the file open, so that
+/// a pipe to the companion would never end (the closing of texts is disturbed in tst_faults_texts).
 const QByteArrayList fallibleCalls = {
-    "access",     "chmod",      "close",      "copy_file_range",
-    "dup",        "faccessat",  "faccessat2", "fchmod",
-    "fchmodat",   "fchown",     "fcntl",      "fdatasync",
-    "fgetxattr",  "flistxattr", "flock",      "fremovexattr",
-    "fsetxattr",  "fstat",      "fsync",      "ftruncate",
-    "getcwd",     "getdents64", "ioctl",      "link",
-    "linkat",     "lstat",      "mkdir",      "mkdirat",
-    "newfstatat", "open",       "openat",     "pipe2",
-    "ppoll",      "read",       "readlink",   "readlinkat",
-    "rename",     "renameat",   "renameat2",  "sendfile",
-    "stat",       "statx",      "unlink",     "unlinkat",
-    "utimensat",  "write",
+    "access",     "chmod",      "copy_file_range",
+    "dup",        "faccessat",  "faccessat2",
+    "fchmod",     "fchmodat",   "fchown",
+    "fcntl",      "fdatasync",  "fgetxattr",
+    "flistxattr", "flock",      "fremovexattr",
+    "fsetxattr",  "fstat",      "fsync",
+    "ftruncate",  "getcwd",     "getdents64",
+    "ioctl",      "link",       "linkat",
+    "lstat",      "mkdir",      "mkdirat",
+    "newfstatat", "open",       "openat",
+    "pipe2",      "ppoll",      "read",
+    "readlink",   "readlinkat", "rename",
+    "renameat",   "renameat2",  "sendfile",
+    "stat",       "statx",      "unlink",
+    "unlinkat",   "utimensat",  "write",
 };
 
 constexpr int enoughComplaints = 20;
