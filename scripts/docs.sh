@@ -28,8 +28,10 @@ literals() {
     grep -oE '"([^"\]|\\.)*"' | sed 's/^"//; s/"$//; s/\\n.*//; s/\\"/"/g' | grep . | sort -u
 }
 
-# What goes into the log or the error file. The messages of the XSI scripts stand in a table.
+# What goes into the log or the error file. The messages of the XSI scripts stand in a table, and
+# those that somebody reads again in a header.
 messages() {
+    sed -n 's|///.*||; /^inline constexpr/p' src/messages.h | literals
     cat src/*.cpp src/*/*.cpp | tr '\n' ' ' \
         | grep -oE '(q(Debug|Info|Warning|Critical)\(|writeErrorFile\([Q"])[^;]*;' | literals
     rows src/installer/xsi.cpp 'xsiScripts\[\]' \

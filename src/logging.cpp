@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "logging.h"
 
+#include "disk/files.h"
+#include "disk/otherdisk.h"
+#include "disk/wholefile.h"
 #include "literals.h"
 #include "textfile.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
@@ -13,12 +15,14 @@
 
 namespace {
 
+constexpr QLatin1String errorFileName = "/pluginError.txt"_l1;
+
 /// A file beside the program that lines are added to.
 class LineFile {
 public:
     /// \a name begins with a slash.
     explicit LineFile(QLatin1String name)
-        : path(QCoreApplication::applicationDirPath() + name)
+        : path(toolFolder() + name)
     {
         // Qt would complain on the console about a device or a pipe in the file's place. Whoever
         // puts one there does so before the first line, so that the others need not ask.
@@ -40,6 +44,23 @@ private:
     bool isLost = false;
 };
 
+QLoggingCategory::CategoryFilter rulesOfTheMachine = nullptr;
+
+void keepDefaultCategory(QLoggingCategory *category)
+{
+    // Categories that are known already have been through the rules.
+    if (rulesOfTheMachine != nullptr) {
+        rulesOfTheMachine(category);
+    }
+    if (qstrcmp(category->categoryName(), "default") == 0) {
+        for (const QtMsgType type : {QtDebugMsg, QtInfoMsg, QtWarningMsg, QtCriticalMsg}) {
+            category->setEnabled(type, true);
+        }
+    }
+}
+
+} // namespace
+
 QString logLine(QtMsgType type, const QString &message)
 {
     switch (type) {
@@ -57,23 +78,6 @@ QString logLine(QtMsgType type, const QString &message)
     }
     return {};
 }
-
-QLoggingCategory::CategoryFilter rulesOfTheMachine = nullptr;
-
-void keepDefaultCategory(QLoggingCategory *category)
-{
-    // Categories that are known already have been through the rules.
-    if (rulesOfTheMachine != nullptr) {
-        rulesOfTheMachine(category);
-    }
-    if (qstrcmp(category->categoryName(), "default") == 0) {
-        for (const QtMsgType type : {QtDebugMsg, QtInfoMsg, QtWarningMsg, QtCriticalMsg}) {
-            category->setEnabled(type, true);
-        }
-    }
-}
-
-} // namespace
 
 void myMessageOutput(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
 {
@@ -93,6 +97,12 @@ void keepEveryMessage()
 
 void writeErrorFile(const QString &message)
 {
-    static const LineFile errors("/pluginError.txt"_l1);
+    if (OtherDisk::inPlace() != nullptr) {
+        static_cast<void>(writeWhole(toolFolder() + errorFileName,
+                                     QIODevice::WriteOnly | QIODevice::Append,
+                                     toUtf8(message + QLatin1Char('\n'))));
+        return;
+    }
+    static const LineFile errors(errorFileName);
     errors.append(message);
 }

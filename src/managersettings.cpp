@@ -3,11 +3,40 @@
 
 #include "literals.h"
 
-#include <QCoreApplication>
-
-ManagerSettings::ManagerSettings(QObject *parent)
-    : QSettings(QCoreApplication::applicationDirPath() + "/settings.ini"_l1, QSettings::IniFormat,
-                parent)
+ManagerSettings::ManagerSettings(const QString &folder, QObject *parent)
+    : QSettings(folder + "/settings.ini"_l1, QSettings::IniFormat, parent)
 {
     setIniCodec("UTF-8");
+}
+
+QString ManagerSettings::userName() const
+{
+    const QVariant loggedOut = value(QStringLiteral("UserData/loggedOut"));
+    if (!loggedOut.isNull() && loggedOut.toBool()) {
+        return ""_l1;
+    }
+    return value(QStringLiteral("UserData/username")).toString();
+}
+
+QString ManagerSettings::localProjectsFolder() const
+{
+    return value(QStringLiteral("PathOptions/localProjectsFolder")).toString();
+}
+
+bool ManagerSettings::copyTexFiles() const
+{
+    return value(QStringLiteral("Settings/copyTexFiles"), true).toBool();
+}
+
+QList<HostEntry> ManagerSettings::hostEntries()
+{
+    QList<HostEntry> entries;
+    const int size = beginReadArray(QStringLiteral("pluginpaths"));
+    for (int index = 0; index < size; ++index) {
+        setArrayIndex(index);
+        entries.append({value(QStringLiteral("application")).toString(),
+                        value(QStringLiteral("path")).toString()});
+    }
+    endArray();
+    return entries;
 }

@@ -2,6 +2,7 @@
 #include "disk/filecopy.h"
 
 #include "disk/diskwait.h"
+#include "disk/otherdisk.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -88,6 +89,9 @@ FileCopier::FileCopier(const QString &source)
 
 bool FileCopier::copyTo(const QString &target)
 {
+    if (OtherDisk *const other = OtherDisk::inPlace()) {
+        return other->copyFile(path, target);
+    }
 #ifdef Q_OS_LINUX
     if (const auto isCopied = copyThroughUnnamedFile(QFile::encodeName(target))) {
         return *isCopied;
@@ -138,6 +142,9 @@ PlacedFiles::~PlacedFiles()
 
 bool PlacedFiles::open(const QString &path)
 {
+    if (OtherDisk *const other = OtherDisk::inPlace()) {
+        return other->openPlaced(path);
+    }
     constexpr int everyone = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
     const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
                                   everyone);

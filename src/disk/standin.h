@@ -2,8 +2,10 @@
 #pragma once
 
 #include "disk/descriptor.h"
+#include "literals.h"
 
 #include <QByteArray>
+#include <QLatin1String>
 #include <QString>
 
 #include <memory>
@@ -69,6 +71,11 @@ private:
     QByteArray name; ///< of the new file; empty when there is none
     Descriptor file;
 };
+
+/// The name of a file that is not complete yet, and how many may lie in one folder: the second ends
+/// in "-2", and so on.
+inline constexpr QLatin1String unfinishedName = ".drask-unfinished"_l1;
+inline constexpr int unfinishedNames = 9;
 
 /// Takes away what killed runs left beside the file \a path.
 void clearUnfinished(const QString &path);
