@@ -91,7 +91,7 @@ check_links() {
 
 check_manual() {
     local output
-    output=$(mandoc -T lint -W warning docs/drask-installer.1 2>&1) || complain "$output"
+    output=$(mandoc -T lint -W warning docs/*.1 2>&1) || complain "$output"
 }
 
 check_messages

@@ -16,7 +16,7 @@ fail() {
 debian_packages() {
     case $1 in
         build) echo "g++ cmake ninja-build qtbase5-dev" ;;
-        test) echo "ccache lld strace util-linux mount" ;;
+        test) echo "ccache lld strace util-linux mount python3-jsonschema" ;;
         lint) echo "clang-format clang-tidy clazy cppcheck shellcheck yamllint" ;;
         memory) echo "valgrind" ;;
         coverage) echo "gcovr" ;;
