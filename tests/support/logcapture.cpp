@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "logcapture.h"
 
-#include <QtGlobal>
+#include "pages.h"
+
+#include <QtTest>
 
 namespace test {
 
@@ -27,6 +29,9 @@ LogCapture::LogCapture()
 LogCapture::~LogCapture()
 {
     qInstallMessageHandler(handlerBefore);
+    for (const QString &line : qAsConst(captured)) {
+        QVERIFY2(isExplained(line), qPrintable("not in docs/integration.md: " + line));
+    }
 }
 
 QStringList LogCapture::lines() const

@@ -2,9 +2,12 @@
 #include "commandline.h"
 
 #include "localecodec.h"
+#include "pages.h"
 #include "testprogram.h"
 
 #include <QtTest>
+
+#include <set>
 
 Q_DECLARE_METATYPE(RunMode)
 
@@ -19,6 +22,8 @@ private slots:
     void wordsChooseTheMode();
     void operandIsReadInTheLocalEncoding();
     void noWordAtAllInstalls();
+    void pageNamesEveryMode_data();
+    void pageNamesEveryMode();
 };
 
 namespace {
@@ -124,6 +129,27 @@ void tst_CommandLine::noWordAtAllInstalls()
 
     QCOMPARE(commandLine.mode, RunMode::Install);
     QCOMPARE(commandLine.operand, QString());
+}
+
+void tst_CommandLine::pageNamesEveryMode_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"README.md", "docs/integration.md", "docs/drask-installer.1"}) {
+        QTest::newRow(name) << name;
+    }
+}
+
+void tst_CommandLine::pageNamesEveryMode()
+{
+    QFETCH(QString, name);
+    std::set<RunMode> named;
+
+    const QStringList words = test::page(name).split(QRegularExpression("\\W+"));
+    for (const QString &word : words) {
+        named.insert(read({word.toLocal8Bit(), "operand"}).mode);
+    }
+
+    QCOMPARE(named.size(), static_cast<std::size_t>(RunMode::Ov3Uninstall) + 1);
 }
 
 DRASK_TEST(tst_CommandLine)
