@@ -35,6 +35,7 @@ private slots:
     void errorsAreWrittenAsTheyStand_data();
     void errorsAreWrittenAsTheyStand();
     void rulesOfTheMachineHoldForOtherCategoriesAlone();
+    void listsAreShownWithoutAName();
     void unopenableFilesLoseTheirLinesSilently();
     void linesAreWrittenOnceAFolderIsOutOfTheWay();
     void devicesAndPipesLoseTheirLinesSilently_data();
@@ -249,6 +250,16 @@ void tst_Logging::rulesOfTheMachineHoldForOtherCategoriesAlone()
     QLoggingCategory::installFilter(nullptr);
     QLoggingCategory::setFilterRules(QString());
     QCOMPARE(log.lines(), QStringList({"Debug: kept", "Warning: kept too"}));
+}
+
+void tst_Logging::listsAreShownWithoutAName()
+{
+    const QVariant lists = QVariantList{QStringList{"QList(\\\"QList("}, 1, QStringList()};
+
+    QCOMPARE(loggedForm(lists),
+             QString("QVariant(QVariantList, (QVariant(QStringList, (\"QList(\\\\\\\"QList(\")), "
+                     "QVariant(int, 1), QVariant(QStringList, ())))"));
+    QCOMPARE(loggedForm(QString("a\\")), QString("QVariant(QString, \"a\\\\\")"));
 }
 
 void tst_Logging::unopenableFilesLoseTheirLinesSilently()
