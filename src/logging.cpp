@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "logging.h"
 
+#include "disk/appendtofile.h"
 #include "literals.h"
-#include "textfile.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
 
@@ -28,10 +27,8 @@ public:
 
     void append(const QString &line) const
     {
-        QFile file(path);
-        // A stream on a closed file would complain as well.
-        if (!isLost && file.open(QIODevice::WriteOnly | QIODevice::Append)) {
-            Utf8Stream(&file) << line << Qt::endl;
+        if (!isLost) {
+            static_cast<void>(appendToFile(path, (line + QLatin1Char('\n')).toUtf8()));
         }
     }
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <utility>
 
+#include <sys/types.h>
 #include <unistd.h>
 
 /// \file
@@ -51,3 +53,17 @@ public:
 private:
     int value;
 };
+
+/// Writes \a size bytes from \a bytes to the open file \a file. Returns false, with the reason in
+/// errno, when it takes only a part.
+inline bool writeWhole(int file, const char *bytes, std::size_t size)
+{
+    for (std::size_t written = 0; written < size;) {
+        const ssize_t count = write(file, bytes + written, size - written);
+        if (count < 0) {
+            return false;
+        }
+        written += static_cast<std::size_t>(count);
+    }
+    return true;
+}

@@ -2,16 +2,19 @@
 #include "disk/filecopy.h"
 
 #include "disk/diskwait.h"
+#include "disk/standin.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <optional>
 #include <utility>
 
@@ -36,13 +39,8 @@ bool readAndWrite(int source, off_t offset, int target)
     ssize_t size = 0;
     while ((size = pread(source, block.data(), block.size(), offset)) > 0) {
         offset += size;
-        for (ssize_t written = 0; written < size;) {
-            const ssize_t count = write(target, block.data() + written,
-                                        static_cast<std::size_t>(size - written));
-            if (count < 0) {
-                return false;
-            }
-            written += count;
+        if (!writeWhole(target, block.data(), static_cast<std::size_t>(size))) {
+            return false;
         }
     }
     return size == 0;
@@ -81,9 +79,23 @@ std::optional<bool> giveName(int file, const QByteArray &target)
 
 } // namespace
 
-FileCopier::FileCopier(QString source)
+FileCopier::FileCopier(QString source, const QString &spareFolder)
     : path(std::move(source))
+    , spareName(spareFolder.isEmpty() ? QByteArray() : unfinishedName(spareFolder))
 {
+}
+
+FileCopier::~FileCopier()
+{
+    dropSpare();
+}
+
+void FileCopier::dropSpare()
+{
+    if (spare.isOpen()) {
+        static_cast<void>(unlink(spareName.constData()));
+        spare = Descriptor();
+    }
 }
 
 bool FileCopier::copyTo(const QString &target)
@@ -113,11 +125,14 @@ bool FileCopier::open()
 /// Returns nothing where it has to be left to QFile::copy().
 std::optional<bool> FileCopier::copyThroughUnnamedFile(const QByteArray &target)
 {
+    if (const auto isPlaced = placeSpare(target)) {
+        return *isPlaced;
+    }
     if (!open()) {
         return std::nullopt;
     }
     const QByteArray folder = target.left(target.lastIndexOf('/') + 1) + '.';
-    const Descriptor copy(
+    Descriptor copy(
         ::open(folder.constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!copy.isOpen()) {
         return std::nullopt;
@@ -127,7 +142,38 @@ std::optional<bool> FileCopier::copyThroughUnnamedFile(const QByteArray &target)
     }
     // Some file systems have no permissions to give. As with QFile::copy(), that is no failure.
     static_cast<void>(fchmod(copy.number(), permissions));
-    return giveName(copy.number(), target);
+    const std::optional<bool> isNamed = giveName(copy.number(), target);
+    if (isNamed == true) {
+        keepSpare(std::move(copy));
+    }
+    return isNamed;
+}
+
+/// Gives the file \a copy its second name. Where that is impossible, the bytes go twice.
+void FileCopier::keepSpare(Descriptor copy)
+{
+    // Locked before it has the name, so that no other run takes it for a leftover.
+    if (!spareName.isEmpty() && flock(copy.number(), LOCK_EX | LOCK_NB) == 0
+        && giveName(copy.number(), spareName) == true) {
+        spare = std::move(copy);
+    }
+}
+
+/// Makes the copy that has the second name the file \a target. Returns nothing where there is no
+/// such copy, or where it cannot be moved.
+std::optional<bool> FileCopier::placeSpare(const QByteArray &target)
+{
+    if (!spare.isOpen()) {
+        return std::nullopt;
+    }
+    if (renameat2(AT_FDCWD, spareName.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE)
+        == 0) {
+        spare = Descriptor();
+        return true;
+    }
+    const bool isTaken = errno == EEXIST;
+    dropSpare();
+    return isTaken ? std::optional(false) : std::nullopt;
 }
 #endif
 

@@ -15,10 +15,21 @@
 
 /// Makes copies of one file. Where the system has files without a name, a copy takes a quarter of
 /// the calls of QFile::copy(), and it is left to PlacedFiles to wait for the disk.
+///
+/// A copy that is made only to be removed and made again need not carry the bytes twice: until
+/// then it has a second name, that of a StandIn in a folder of the caller's choice. A run that is
+/// killed in between leaves it there, for clearUnfinished() to find.
 class FileCopier {
 public:
-    /// \a source is the file to copy: a full name. It is opened by the first copy.
-    explicit FileCopier(QString source);
+    /// \a source is the file to copy: a full name. It is opened by the first copy. The second name
+    /// of that copy is in \a spareFolder, without a trailing slash; if empty, there is none.
+    explicit FileCopier(QString source, const QString &spareFolder = {});
+    /// Takes the second name away.
+    ~FileCopier();
+    FileCopier(const FileCopier &) = delete;
+    FileCopier &operator=(const FileCopier &) = delete;
+    FileCopier(FileCopier &&) = delete;
+    FileCopier &operator=(FileCopier &&) = delete;
 
     /// Copies the file to \a target, with the outcome of QFile::copy(): where there is a \a target
     /// already, a dangling link included, nothing happens; otherwise it gets the content and the
@@ -28,12 +39,17 @@ public:
 
 private:
     std::optional<bool> copyThroughUnnamedFile(const QByteArray &target);
+    std::optional<bool> placeSpare(const QByteArray &target);
+    void keepSpare(Descriptor copy);
+    void dropSpare();
     bool open();
 
     QString path;
     Descriptor file; ///< the source, once it was opened
     qint64 size = 0;
     unsigned int permissions = 0;
+    const QByteArray spareName; ///< what the second name would be
+    Descriptor spare;           ///< the copy that has it; none while nothing has
 };
 
 /// The files that a copy has placed and that may have yet to reach the disk. To wait for many at

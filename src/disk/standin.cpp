@@ -205,6 +205,11 @@ bool StandIn::takePlace()
     return true;
 }
 
+QByteArray unfinishedName(const QString &folder)
+{
+    return candidate(QFile::encodeName(folder) + '/', 1);
+}
+
 void clearUnfinished(const QString &path)
 {
     const QByteArray target = followed(path);

@@ -73,6 +73,10 @@ private:
     Descriptor file;
 };
 
+/// The name of the first stand-in in the folder \a folder, which has no trailing slash, in the
+/// encoding of file names.
+QByteArray unfinishedName(const QString &folder);
+
 /// Takes away what killed runs left beside the file \a path.
 void clearUnfinished(const QString &path);
 

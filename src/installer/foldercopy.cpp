@@ -8,6 +8,7 @@
 
 #include <QDebug>
 #include <QDir>
+#include <QFileInfo>
 
 namespace {
 
@@ -32,7 +33,8 @@ int list(const QString &file, QFile &manifest)
 /// Puts a fresh copy of the file \a source at \a target and says in \a manifest that it did.
 int placeFile(const QString &source, const QString &target, QFile &manifest, PlacedFiles &placed)
 {
-    FileCopier copier(source);
+    // Each run looks for leftovers in the folder of the manifest.
+    FileCopier copier(source, QFileInfo(manifest).path());
     // Deliberate (file-copied-twice): where there is a file already, the first copy does nothing.
     const bool isThere = QFile::exists(target) || copier.copyTo(target);
     int result = Result::success;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "uninstaller/pluginuninstaller.h"
 
+#include "disk/standin.h"
 #include "literals.h"
 #include "results.h"
 #include "textfile.h"
@@ -53,5 +54,6 @@ int PluginUninstaller::uninstallPlugin(const QString &folder)
     // Deliberate (manifest-always-attempted): also when they are not there, which is logged.
     deleteFile(manifest.fileName());
     deleteFile(folder + "/manager.cfg"_l1);
+    clearUnfinished(manifest.fileName());
     return result;
 }

@@ -6,11 +6,17 @@
 
 namespace {
 
+struct stat statusOf(const QString &path)
+{
+    struct stat status = {};
+    static_cast<void>(lstat(QFile::encodeName(path).constData(), &status));
+    return status;
+}
+
 /// The permission bits of \a path, those beyond reading, writing and running included.
 unsigned int bitsOf(const QString &path)
 {
-    struct stat status = {};
-    return lstat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777U : 0;
+    return statusOf(path).st_mode & 07777U;
 }
 
 int openFiles()
@@ -79,6 +85,55 @@ private slots:
         QVERIFY(copier.copyTo(sandbox.path("c")));
         QCOMPARE(sandbox.read("b"), QByteArray("some text"));
         QCOMPARE(sandbox.read("c"), QByteArray("some text"));
+    }
+
+    void copyThatWasRemovedIsPlacedAgain_data()
+    {
+        const test::Table<QString, bool> table("spareFolder", "isTheFirst");
+        table.row("the folder", "", true);
+        table.row("another folder", "/folder", true);
+        table.row("a folder in which the name is taken", "/taken", false);
+        table.row("a missing folder", "/nowhere", false);
+    }
+
+    void copyThatWasRemovedIsPlacedAgain()
+    {
+#ifndef Q_OS_LINUX
+        QSKIP("Only Linux has files without a name.");
+#endif
+        QFETCH(QString, spareFolder);
+        const test::Sandbox sandbox;
+        sandbox.write("a", "some text");
+        sandbox.makeFolder("folder");
+        sandbox.write("taken/.drask-unfinished", "another run's");
+        const test::Tree before = sandbox.tree();
+        {
+            FileCopier copier(sandbox.path("a"), sandbox.path() + spareFolder);
+            QVERIFY(copier.copyTo(sandbox.path("b")));
+            // As long as it is open, no other file gets its number.
+            QFile first(sandbox.path("b"));
+            QVERIFY(first.open(QIODevice::ReadOnly));
+            const auto number = statusOf(sandbox.path("b")).st_ino;
+            QVERIFY(QFile::remove(sandbox.path("b")));
+            QVERIFY(copier.copyTo(sandbox.path("b")));
+            QCOMPARE(sandbox.read("b"), QByteArray("some text"));
+            QTEST(statusOf(sandbox.path("b")).st_ino == number, "isTheFirst");
+        }
+        QVERIFY(QFile::remove(sandbox.path("b")));
+        QCOMPARE(test::treeDifference(sandbox.tree(), before), QString());
+    }
+
+    void secondNameIsTakenAwayInTheEnd()
+    {
+        const test::Sandbox sandbox;
+        sandbox.write("a", "some text");
+        {
+            FileCopier copier(sandbox.path("a"), sandbox.path());
+            QVERIFY(copier.copyTo(sandbox.path("b")));
+            QVERIFY(!copier.copyTo(sandbox.path("b")));
+        }
+        FileCopier(sandbox.path("a"), sandbox.path()).copyTo(sandbox.path("c"));
+        QVERIFY(!sandbox.exists(".drask-unfinished"));
     }
 
     void outcomeIsThatOfQt_data()

@@ -133,6 +133,13 @@ private slots:
             {{"plugin.log", "Debug: " + message + '\n'}, {"pluginError.txt", message + '\n'}});
     }
 
+    void halfALetterIsAQuestionMark()
+    {
+        const test::ProgramFolder folder;
+        writeErrorFile(QString(QChar(0xdc00)) + "a" + QChar(0xd800));
+        VERIFY_TREE(folder, {{"pluginError.txt", "?a?\n"}});
+    }
+
     void streamedItemsAreSeparated()
     {
         const test::ProgramFolder folder;
