@@ -2,6 +2,7 @@
 #include "bareloops.h"
 
 #include "globals.h"
+#include "qtversions.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -18,7 +19,7 @@ static void copyFiles(const QString &source, const QString &target)
     QFile manifest(target + "/uninstall.ini");
     manifest.open(QIODevice::WriteOnly | QIODevice::Truncate);
     QTextStream lines(&manifest);
-    lines.setCodec("UTF-8");
+    useUtf8(lines);
     QDirIterator files(source, QDir::Files);
     while (files.hasNext()) {
         files.next();
@@ -41,7 +42,7 @@ static QStringList firstLines(const QString &path, int count)
     QStringList lines;
     if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         QTextStream stream(&file);
-        stream.setCodec("UTF-8");
+        useUtf8(stream);
         while (lines.size() < count) {
             lines << stream.readLine();
         }
@@ -54,7 +55,7 @@ static void writeText(const QString &path, const QString &text)
     QFile file(path);
     file.open(QIODevice::WriteOnly | QIODevice::Text);
     QTextStream stream(&file);
-    stream.setCodec("UTF-8");
+    useUtf8(stream);
     stream << text;
 }
 
@@ -110,7 +111,7 @@ void removeLoop(const QString &manifest)
     QFile file(manifest);
     file.open(QIODevice::ReadOnly);
     QTextStream lines(&file);
-    lines.setCodec("UTF-8");
+    useUtf8(lines);
     QString line;
     while (lines.readLineInto(&line)) {
         if (QFile::exists(line)) {
@@ -138,7 +139,7 @@ void rewriteLoop(const QString &script, const QString &oldLine, const QString &n
     QFile file(script);
     file.open(QIODevice::ReadOnly | QIODevice::Text);
     QTextStream source(&file);
-    source.setCodec("UTF-8");
+    useUtf8(source);
     QString content;
     QString line;
     bool marked = false;
@@ -151,7 +152,7 @@ void rewriteLoop(const QString &script, const QString &oldLine, const QString &n
     // The whole file is read once more for the end of a newer block.
     file.open(QIODevice::ReadOnly | QIODevice::Text);
     QTextStream whole(&file);
-    whole.setCodec("UTF-8");
+    useUtf8(whole);
     const bool isNewer = whole.readAll().contains("searchTab()");
     file.close();
     if (!marked || isNewer) {
@@ -160,7 +161,7 @@ void rewriteLoop(const QString &script, const QString &oldLine, const QString &n
     QTextStream lines(&content);
     file.open(QIODevice::WriteOnly | QIODevice::Text);
     QTextStream target(&file);
-    target.setCodec("UTF-8");
+    useUtf8(target);
     while (lines.readLineInto(&line)) {
         target << line.replace(oldLine, newLine) << Qt::endl;
     }
@@ -171,11 +172,11 @@ void menuLoop(const QString &folder)
     QFile menu(folder + "/LW.CFG");
     menu.open(QIODevice::ReadWrite);
     QTextStream stream(&menu);
-    stream.setCodec("UTF-8");
+    useUtf8(stream);
     const QString text = stream.readAll();
     const QString lower = text.toLower();
-    const int anchor = lower.contains("tasklancer") ? -1 : lower.indexOf("menuentry 1 options");
-    const int next = lower.indexOf("\r\n", anchor + 1) + 2;
+    const auto anchor = lower.contains("tasklancer") ? -1 : lower.indexOf("menuentry 1 options");
+    const auto next = lower.indexOf("\r\n", anchor + 1) + 2;
     const QString changed = text.left(next) + "MenuEntry 2 . Generic_Drask Tasklancer\r\n"
         + text.mid(next);
     menu.copy(menu.fileName() + "_bak");
@@ -184,7 +185,7 @@ void menuLoop(const QString &folder)
     QFile extension(folder + "/LWEXT.CFG");
     extension.open(QIODevice::ReadWrite);
     QTextStream block(&extension);
-    block.setCodec("UTF-8");
+    useUtf8(block);
     block.readAll();
     extension.copy(extension.fileName() + "_bak");
     block << changed;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "bareloops.h"
 
+#include "qtversions.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QStringList>
@@ -14,7 +16,7 @@ void appendToLog(QtMsgType /*type*/, const QMessageLogContext & /*context*/, con
     QFile log("plugin.log");
     log.open(QIODevice::WriteOnly | QIODevice::Append);
     QTextStream stream(&log);
-    stream.setCodec("UTF-8");
+    useUtf8(stream);
     stream << "Debug: " << text << Qt::endl;
 }
 

@@ -10,6 +10,7 @@
 #include "managersettings.h"
 #include "uninstaller/ov3uninstaller.h"
 #include "uninstaller/pluginuninstaller.h"
+#include "wholenumber.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -47,7 +48,7 @@ int removeLegacyPlugins(const QString &listFile)
 /// \a operand names the host and its folder: "(maya) /path/of/maya".
 int uninstallOneHost(const QString &operand)
 {
-    const int keyEnd = operand.lastIndexOf(QLatin1Char(')'));
+    const auto keyEnd = operand.lastIndexOf(QLatin1Char(')'));
     const QString keyPart = operand.left(keyEnd);
     const QString key = keyPart.mid(keyPart.indexOf(QLatin1Char('(')) + 1);
     const QString path = operand.mid(keyEnd + 2);
@@ -92,7 +93,8 @@ void readUser(const ManagerSettings &settings)
 QList<PluginPathStruct> readHosts(ManagerSettings &settings)
 {
     QList<PluginPathStruct> hosts;
-    const int size = settings.beginReadArray(QStringLiteral("pluginpaths"));
+    const int size = numberOfSetting(settings.value(QStringLiteral("pluginpaths/size")));
+    static_cast<void>(settings.beginReadArray(QStringLiteral("pluginpaths")));
     for (int index = 0; index < size; ++index) {
         settings.setArrayIndex(index);
         hosts += getPluginInfoList(settings.value(QStringLiteral("application")).toString(),

@@ -3,6 +3,7 @@
 
 #include "literals.h"
 #include "managersettings.h"
+#include "wholenumber.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -50,7 +51,7 @@ void fillIn(PluginPathStruct &record, const HostRow &row, const ManagerSettings 
     const QString pluginRoot = QCoreApplication::applicationDirPath() + "/plugins/"_l1;
     record.pluginSubFolder = row.subFolder;
     record.sourceFolder = pluginRoot + row.sourceName;
-    record.version = settings.value(row.versionKey).toInt();
+    record.version = numberOfSetting(settings.value(row.versionKey));
 }
 
 QList<PluginPathStruct> maxRecords(PluginPathStruct record, const ManagerSettings &settings)

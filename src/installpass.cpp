@@ -93,8 +93,9 @@ void installHost(PluginInstaller &installer, const PluginPathStruct &host, CopyW
 int runInstallPass(const QList<PluginPathStruct> &hosts, const ManagerSettings &settings,
                    CopyWhen copyWhen, int exitCode)
 {
-    qDebug() << "!!!settings local: "
-             << settings.value(QStringLiteral("PathOptions/localProjectsFolder"));
+    qDebug().noquote() << "!!!settings local: "
+                       << loggedForm(
+                              settings.value(QStringLiteral("PathOptions/localProjectsFolder")));
     const bool copyTexFiles = settings.value(QStringLiteral("Settings/copyTexFiles"), true)
                                   .toBool();
     const QString programFolder = QCoreApplication::applicationDirPath();

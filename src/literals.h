@@ -13,5 +13,5 @@
 /// counts its bytes without the closing zero.
 constexpr QLatin1String operator""_l1(const char *text, std::size_t size) noexcept
 {
-    return QLatin1String(text, static_cast<int>(size));
+    return QLatin1String(text, static_cast<decltype(QLatin1String().size())>(size));
 }

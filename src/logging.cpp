@@ -3,8 +3,10 @@
 
 #include "disk/appendtofile.h"
 #include "literals.h"
+#include "qtversions.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 #include <QFileInfo>
 #include <QLoggingCategory>
 
@@ -55,6 +57,27 @@ QString logLine(QtMsgType type, const QString &message)
     return {};
 }
 
+/// Qt 6 puts a name before a list, which managers in the field do not know.
+QString withoutListNames(const QString &text)
+{
+    const QLatin1String name = "QList"_l1;
+    QString rest;
+    bool isQuoted = false;
+    for (TextPosition at = 0; at < text.size(); ++at) {
+        const QChar letter = text.at(at);
+        if (isQuoted && letter == QLatin1Char('\\')) {
+            rest += letter;
+            ++at;
+        } else if (letter == QLatin1Char('"')) {
+            isQuoted = !isQuoted;
+        } else if (!isQuoted && QStringView(text).mid(at).startsWith(name)) {
+            at += name.size();
+        }
+        rest += text.at(at);
+    }
+    return rest;
+}
+
 QLoggingCategory::CategoryFilter rulesOfTheMachine = nullptr;
 
 void keepDefaultCategory(QLoggingCategory *category)
@@ -86,6 +109,13 @@ void keepEveryMessage()
     if (before != keepDefaultCategory) {
         rulesOfTheMachine = before;
     }
+}
+
+QString loggedForm(const QVariant &value)
+{
+    QString text;
+    QDebug(&text).nospace() << value;
+    return withoutListNames(text);
 }
 
 void writeErrorFile(const QString &message)

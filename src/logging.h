@@ -3,6 +3,7 @@
 
 #include <QMessageLogContext>
 #include <QString>
+#include <QVariant>
 #include <QtGlobal>
 
 /// \file
@@ -21,6 +22,9 @@ void myMessageOutput(QtMsgType type, const QMessageLogContext &context, const QS
 /// Has every message of the program reach the handler, whatever Qt logging rules the machine or the
 /// environment sets: some distributions switch debug lines off for all programs.
 void keepEveryMessage();
+
+/// The text with which the debug stream shows \a value: lists as "(…)" with every version of Qt.
+QString loggedForm(const QVariant &value);
 
 /// Appends \a message and a line feed to "pluginError.txt", whose text the manager shows to the
 /// user.

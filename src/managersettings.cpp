@@ -2,6 +2,7 @@
 #include "managersettings.h"
 
 #include "literals.h"
+#include "qtversions.h"
 
 #include <QCoreApplication>
 
@@ -9,5 +10,5 @@ ManagerSettings::ManagerSettings(QObject *parent)
     : QSettings(QCoreApplication::applicationDirPath() + "/settings.ini"_l1, QSettings::IniFormat,
                 parent)
 {
-    setIniCodec("UTF-8");
+    useUtf8(*this);
 }

@@ -1,24 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "textfile.h"
 
-#include <QBuffer>
+#include "qtversions.h"
+
 #include <QFile>
-#include <QTextCodec>
 
 Utf8Stream::Utf8Stream(QIODevice *device)
     : QTextStream(device)
 {
-    // Looked up once: every line of the log makes a stream.
-    static QTextCodec *const utf8 = QTextCodec::codecForName("UTF-8");
-    setCodec(utf8);
+    useUtf8(*this);
 }
 
 QByteArray toUtf8(const QString &text)
 {
-    QBuffer bytes;
-    static_cast<void>(bytes.open(QIODevice::WriteOnly));
-    Utf8Stream(&bytes) << text;
-    return bytes.data();
+    // Not by a stream: what becomes of half a surrogate differs between those of Qt 5 and Qt 6.
+    const bool isUnfinished = !text.isEmpty() && text.back().isHighSurrogate();
+    return (isUnfinished ? text.chopped(1) : text).toUtf8();
 }
 
 bool readWholeText(const QString &path, QString &text, QString *reason)

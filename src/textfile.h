@@ -18,7 +18,8 @@ public:
     explicit Utf8Stream(QIODevice *device);
 };
 
-/// The bytes that a Utf8Stream writes for \a text.
+/// The bytes of \a text as UTF-8, without a byte-order mark. Half a surrogate becomes "?", and an
+/// unfinished one at the end goes.
 QByteArray toUtf8(const QString &text);
 
 /// Opens the file \a path read-only in text mode (which drops every carriage return) and reads its

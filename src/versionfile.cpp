@@ -3,6 +3,7 @@
 
 #include "literals.h"
 #include "textfile.h"
+#include "wholenumber.h"
 
 namespace {
 
@@ -10,10 +11,12 @@ constexpr int unknownVersion = -1;
 
 int toVersion(const QString &line)
 {
-    bool isNumber = false;
-    const int version = line.toInt(&isNumber);
-    // toInt() skips surrounding white space; a version file has none.
-    return isNumber && line.trimmed() == line ? version : unknownVersion;
+    const std::optional<qint64> number = wholeNumber(line);
+    // White space may surround a number elsewhere; in a version file it does not.
+    if (!number || line.trimmed() != line || *number != static_cast<int>(*number)) {
+        return unknownVersion;
+    }
+    return static_cast<int>(*number);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "installer/plugininstaller.h"
 #include "literals.h"
+#include "qtversions.h"
 #include "results.h"
 #include "textfile.h"
 
@@ -28,25 +29,25 @@ struct ConfigFiles {
     QString extension;
 };
 
-QString underOptions(const QString &menu, const QString &lower, int options)
+QString underOptions(const QString &menu, const QString &lower, TextPosition options)
 {
-    const int lineEnd = lower.indexOf(lineBreak, options + 1);
+    const auto lineEnd = lower.indexOf(lineBreak, options + 1);
     if (lineEnd <= 0) {
         return {};
     }
-    const int next = lineEnd + lineBreak.size();
+    const auto next = lineEnd + lineBreak.size();
     return menu.left(next) + menuEntry + menu.mid(next);
 }
 
 QString withDefaultMenu(const QString &menu, const QString &lower)
 {
-    const int group = lower.indexOf(groupAnchor);
+    const auto group = lower.indexOf(groupAnchor);
     if (group <= 0) {
         return {};
     }
     // Deliberate (lightwave-joined-line): only the "_" and the line break behind it make room, so
     // that the default menu's first line joins what is left of the group's line.
-    const int groupName = group + groupAnchor.size() - 1;
+    const auto groupName = group + groupAnchor.size() - 1;
     return menu.left(groupName) + defaultLightwaveMenu() + menu.mid(groupName + 3);
 }
 
@@ -163,7 +164,7 @@ QString withLightwaveMenuEntry(const QString &menu)
     if (lower.contains("tasklancer"_l1)) {
         return {};
     }
-    const int options = lower.indexOf(optionsAnchor);
+    const auto options = lower.indexOf(optionsAnchor);
     // Deliberate (lightwave-options-at-start): an anchor at the very start does not count as one.
     return options > 0 ? underOptions(menu, lower, options) : withDefaultMenu(menu, lower);
 }

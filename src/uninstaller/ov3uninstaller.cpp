@@ -3,6 +3,7 @@
 
 #include "disk/folderlisting.h"
 #include "literals.h"
+#include "qtversions.h"
 #include "textfile.h"
 #include "uninstaller/legacyfiles.h"
 
@@ -106,6 +107,7 @@ QList<QString> Ov3Uninstaller::findPluginFolders(const QString &listFile)
         return folders;
     }
     QTextStream stream(&file);
+    useLocalEncoding(stream);
     QString line;
     while (readWholeLine(stream, line)) {
         if (!line.startsWith("path"_l1)) {

@@ -2,6 +2,7 @@
 #include "player.h"
 
 #include <iterator>
+#include <utility>
 
 namespace test {
 
@@ -83,7 +84,7 @@ void Player::accept(const Run &run, const QStringList &log, const QStringList &e
     write(isNew ? nullptr : run.changes, "-- changes --", changes, last);
 
     QStringList lines;
-    for (const Section &section : qAsConst(accepted)) {
+    for (const Section &section : std::as_const(accepted)) {
         lines += QStringList(section.header) + section.lines;
     }
     QFile text(file);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace test {
 
@@ -46,7 +47,7 @@ Tree withSortedManifests(Tree tree)
 Player::~Player()
 {
     // A folder that may not be written could not be taken away.
-    for (const QString &path : qAsConst(restricted)) {
+    for (const QString &path : std::as_const(restricted)) {
         QFile::setPermissions(path, QFile::Permissions(0x7777));
     }
 }

@@ -8,6 +8,8 @@
 #include <QStringView>
 #include <QVector>
 
+#include <utility>
+
 /// \file
 /// The text of a scenario; README.md describes it.
 
@@ -36,7 +38,11 @@ inline Sections readSections(const QString &path)
     for (const QString &line : lines) {
         const QRegularExpressionMatch header = headerForm.match(line);
         if (header.hasMatch()) {
-            sections.append({line, header.captured(1), header.captured(2), {}, sections.size()});
+            sections.append({line,
+                             header.captured(1),
+                             header.captured(2),
+                             {},
+                             static_cast<int>(sections.size())});
         } else {
             sections.last().lines << line;
         }
@@ -133,7 +139,7 @@ struct Vocabulary {
         }
         Vocabulary with = *this;
         with.values["it"] = "\x01";
-        for (const QString &name : qAsConst(names)) {
+        for (const QString &name : std::as_const(names)) {
             QString meant = with.expanded(blocks.value(name)).join('\n').replace(sandbox, "@");
             meant = QRegularExpression::escape(meant.replace(values["version"], "@version@"));
             const bool hasPlace = meant.contains("\\\x01");
@@ -194,7 +200,7 @@ inline QString differenceOf(QStringList expected, QStringList actual)
     for (const QString &line : QStringList(expected)) {
         lines += actual.removeOne(line) ? QString() : "- " + line + '\n';
     }
-    for (const QString &line : qAsConst(actual)) {
+    for (const QString &line : std::as_const(actual)) {
         lines += "+ " + line + '\n';
     }
     return lines.isEmpty() && isOther ? "the same lines in another order" : lines;

@@ -27,7 +27,7 @@ QByteArray manifestThatBreaksBehind(const QByteArray &keep)
 {
     QByteArray manifest;
     const QByteArray filler = keep + ".not there ";
-    const int missing = pieceSize - keep.size();
+    const auto missing = pieceSize - keep.size();
     while (manifest.size() + 2 * filler.size() < missing) {
         manifest += filler + '\n';
     }

@@ -69,7 +69,7 @@ const QList<Detector> &detectors()
 /// The line \a line of a list with the program that it names confined to \a root.
 QString confined(const QString &line, const QString &root)
 {
-    const int valueBegin = line.indexOf(QLatin1Char('=')) + 1;
+    const auto valueBegin = line.indexOf(QLatin1Char('=')) + 1;
     const QString value = line.mid(valueBegin).trimmed();
     const QString begin = value.startsWith(QLatin1Char('/')) ? root + QLatin1Char('/') : QString();
     return line.left(valueBegin) + begin + fuzz::withoutClimbing(value);

@@ -4,20 +4,11 @@
 #include "installer/plugininstaller.h"
 #include "promisedtext.h"
 
-#include <QTextCodec>
-
 namespace {
 
 const QString folder = QStringLiteral("Light Wave\\cfg");
 const QString menuFile = folder + "/LW.CFG";
 const QString extensionFile = folder + "/LWEXT.CFG";
-
-QByteArray encodedLike(const QByteArray &content, const QString &text)
-{
-    QTextCodec::ConverterState noMark(QTextCodec::IgnoreHeader);
-    return QTextCodec::codecForUtfText(content, QTextCodec::codecForName("UTF-8"))
-        ->fromUnicode(text.constData(), text.size(), &noMark);
-}
 
 /// The menu with the plug-in's entry; \a menu itself where there is no place for it.
 QString promisedMenu(const QString &menu)
@@ -26,10 +17,10 @@ QString promisedMenu(const QString &menu)
     if (lower.contains("tasklancer")) {
         return menu;
     }
-    const int options = lower.indexOf("menuentry 1 options");
-    const int group = lower.indexOf("menuentry 131072 1 _");
+    const auto options = lower.indexOf("menuentry 1 options");
+    const auto group = lower.indexOf("menuentry 131072 1 _");
     if (options >= 1) {
-        const int lineEnd = lower.indexOf("\r\n", options + 1);
+        const auto lineEnd = lower.indexOf("\r\n", options + 1);
         const QString entry = "MenuEntry 2 . Generic_Drask Tasklancer\r\n";
         return lineEnd < 0 ? menu : menu.left(lineEnd + 2) + entry + menu.mid(lineEnd + 2);
     }
@@ -43,7 +34,7 @@ void enterWrite(fuzz::Tree &tree, const QString &name, const QString &text)
 {
     const QByteArray content = tree.value(name);
     if (tree.contains(name + "_bak")) {
-        tree.insert(name, content + encodedLike(content, text));
+        tree.insert(name, content + fuzz::encodedLike(content, text));
     } else {
         tree.insert(name + "_bak", content);
     }

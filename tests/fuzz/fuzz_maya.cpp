@@ -40,7 +40,7 @@ QString filledIn(QString text, const Plugin &plugin)
 QString recognisedLine(const QByteArray &content)
 {
     const QStringList lines = fuzz::linesOf(content);
-    for (int last = lines.size() - 1; last >= 0; --last) {
+    for (auto last = lines.size() - 1; last >= 0; --last) {
         if (lines.at(last).startsWith(pathLineBegin)) {
             return lines.mid(0, last + 1).filter(marker).isEmpty() ? QString() : lines.at(last);
         }
@@ -63,7 +63,7 @@ QByteArray withTemplate(const QByteArray &content, const QByteArray &lines, cons
 
 QByteArray withNewBlock(const QString &text, const QString &lines, const Plugin &plugin)
 {
-    const int end = text.indexOf(blockEnd) + blockEnd.size();
+    const auto end = text.indexOf(blockEnd) + blockEnd.size();
     return fuzz::utf8Of(text.left(text.indexOf(marker)) + "\r\n" + filledIn(lines, plugin) + "\r\n"
                         + text.mid(end));
 }

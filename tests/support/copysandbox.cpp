@@ -5,7 +5,7 @@ namespace test {
 
 CopySandbox::CopySandbox(bool onlyWriteConfig)
     : copier("/opt/drask", "ann", "/projects", onlyWriteConfig, true)
-    , linesOfTheConstructor(capture.lines().size())
+    , linesOfTheConstructor(static_cast<int>(capture.lines().size()))
 {
 }
 

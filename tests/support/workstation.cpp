@@ -16,17 +16,29 @@ public:
     explicit ProgramProcess(const RunOptions &howToRun)
         : options(howToRun)
     {
+#if QT_VERSION_MAJOR >= 6
+        setChildProcessModifier([this] { prepare(); });
+    }
+
+private:
+#else
     }
 
 protected:
     void setupChildProcess() override
+    {
+        prepare();
+    }
+
+private:
+#endif
+    void prepare() const
     {
         if (options.asOrdinaryUser) {
             becomeOrdinaryUser();
         }
     }
 
-private:
     const RunOptions &options;
 };
 

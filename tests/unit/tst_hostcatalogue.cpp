@@ -108,7 +108,7 @@ private slots:
         QVector<Host> expected(std::cbegin(hosts), std::cend(hosts));
         expected.append({maxKey, "/LANGUAGE/scripts/startup/drask", "3ds", "version3ds"});
 
-        QCOMPARE(static_cast<int>(std::size(rows)), expected.size());
+        QCOMPARE(static_cast<int>(std::size(rows)), static_cast<int>(expected.size()));
         for (int index = 0; index < expected.size(); ++index) {
             QCOMPARE(rows[index].key, expected.at(index).key);
             QCOMPARE(rows[index].subFolder, expected.at(index).subFolder);

@@ -4,8 +4,6 @@
 #include "loggedsandbox.h"
 #include "unitcase.h"
 
-#include <QTextCodec>
-
 namespace {
 
 const QByteArray marker = "#drask_installed\n";
@@ -17,9 +15,16 @@ QByteArray assignment(const QByteArray &folder)
 }
 
 /// \a text in \a encoding, with its byte-order mark.
-QByteArray encoded(const char *encoding, const QByteArray &text)
+QByteArray encoded(const QByteArray &encoding, const QByteArray &text)
 {
-    return QTextCodec::codecForName(encoding)->fromUnicode(QString::fromUtf8(text));
+    QByteArray bytes;
+    for (const QChar letter : QChar(QChar::ByteOrderMark) + QString::fromUtf8(text)) {
+        const char low = static_cast<char>(letter.cell());
+        const char high = static_cast<char>(letter.row());
+        bytes.append(encoding == "UTF-16LE" ? low : high);
+        bytes.append(encoding == "UTF-16LE" ? high : low);
+    }
+    return bytes;
 }
 
 int edit(const test::Sandbox &sandbox, const QString &folder = "/new")

@@ -116,7 +116,7 @@ private slots:
     void commandLinesHardlyRecur()
     {
         QStringList commands = menuLines().filter(QRegularExpression("^MenuEntry [23] "));
-        const int count = commands.size();
+        const auto count = commands.size();
         // What a mouse-button menu offers is in the main menus too; a twentieth is enough for that.
         QVERIFY(commands.removeDuplicates() * 20 <= count);
         QVERIFY(count > lineCount / 2);

@@ -212,6 +212,16 @@ private slots:
         VERIFY_LINES(log.lines(), "Debug: kept", "Warning: kept too");
     }
 
+    void listsAreShownWithoutAName()
+    {
+        const QVariant lists = QVariantList{QStringList{"QList(\\\"QList("}, 1, QStringList()};
+        QCOMPARE(loggedForm(lists),
+                 QString("QVariant(QVariantList, (QVariant(QStringList, "
+                         "(\"QList(\\\\\\\"QList(\")), QVariant(int, 1), "
+                         "QVariant(QStringList, ())))"));
+        QCOMPARE(loggedForm(QString("a\\")), QString("QVariant(QString, \"a\\\\\")"));
+    }
+
     void unopenableFilesLoseTheirLinesSilently()
     {
         const test::ProgramFolder folder;

@@ -103,7 +103,7 @@ private slots:
 
     void listIsReadInTheLocalEncoding()
     {
-        const test::Latin1Locale locale;
+        USE_LATIN1_LOCALE_OR_SKIP();
         const Hosts hosts;
         const QString host = "höst maya";
         hosts.makeFolder(host + "/scripts/Drask");

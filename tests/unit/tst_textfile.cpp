@@ -33,6 +33,16 @@ private slots:
         QCOMPARE(buffer.data(), QByteArray("H\xc3\xb6st \xf0\x9f\x98\x80\x37"));
     }
 
+    void halfASurrogateIsAQuestionMarkAndGoesAtTheEnd()
+    {
+        const QString high(QChar(0xd83d));
+        const QString low(QChar(0xde00));
+        QCOMPARE(toUtf8(high + low), QByteArray("\xf0\x9f\x98\x80"));
+        QCOMPARE(toUtf8(high + 'a' + low + high + high), QByteArray("?a??"));
+        QCOMPARE(toUtf8(low), QByteArray("?"));
+        QCOMPARE(toUtf8(QString()), QByteArray());
+    }
+
     void streamReadsUtf8_data()
     {
         const test::Table<QByteArray, QString> table("bytes", "text");

@@ -138,7 +138,7 @@ Input::Input(const uint8_t *data, size_t size)
 {
     const QByteArray separator("%%%%\n");
     int begin = 0;
-    for (int end = bytes.indexOf(separator); end >= 0; end = bytes.indexOf(separator, begin)) {
+    for (auto end = bytes.indexOf(separator); end >= 0; end = bytes.indexOf(separator, begin)) {
         parts.append(bytes.mid(begin, end - begin));
         begin = end + separator.size();
     }

@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "promisedtext.h"
 
+#if QT_VERSION_MAJOR < 6
 #include <QTextCodec>
+#else
+#include <QStringConverter>
+#endif
 
 namespace fuzz {
+
+// Only with a state does a converter keep an unfinished character to itself.
+#if QT_VERSION_MAJOR < 6
 
 namespace {
 
@@ -16,15 +23,43 @@ QTextCodec *codecOf(const QByteArray &content)
 
 QString textOf(const QByteArray &content)
 {
-    // Only with a state does the codec keep an unfinished character to itself.
     QTextCodec::ConverterState state;
     return codecOf(content)->toUnicode(content.constData(), content.size(), &state);
 }
 
+QByteArray encodedLike(const QByteArray &content, const QString &text)
+{
+    QTextCodec::ConverterState noMark(QTextCodec::IgnoreHeader);
+    return codecOf(content)->fromUnicode(text.constData(), text.size(), &noMark);
+}
+
+#else
+
+namespace {
+
+QStringConverter::Encoding encodingOf(const QByteArray &content)
+{
+    return QStringConverter::encodingForData(content).value_or(QStringConverter::Utf8);
+}
+
+} // namespace
+
+QString textOf(const QByteArray &content)
+{
+    return QStringDecoder(encodingOf(content))(content);
+}
+
+QByteArray encodedLike(const QByteArray &content, const QString &text)
+{
+    return QStringEncoder(encodingOf(content))(text);
+}
+
+#endif
+
 QByteArray utf8Of(const QString &text)
 {
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    return QTextCodec::codecForName("UTF-8")->fromUnicode(text.constData(), text.size(), &state);
+    const bool isUnfinished = !text.isEmpty() && text.back().isHighSurrogate();
+    return (isUnfinished ? text.chopped(1) : text).toUtf8();
 }
 
 QString textModeTextOf(const QByteArray &content)

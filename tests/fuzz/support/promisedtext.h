@@ -13,6 +13,9 @@ namespace fuzz {
 /// mark and an unfinished character at the end go.
 QString textOf(const QByteArray &content);
 
+/// The bytes of \a text in the encoding that the file \a content has, without a byte-order mark.
+QByteArray encodedLike(const QByteArray &content, const QString &text);
+
 /// The bytes of a file that says \a text, without the unfinished half of a character at the end.
 QByteArray utf8Of(const QString &text);
 
