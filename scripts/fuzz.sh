@@ -10,7 +10,8 @@ set -u
 . "$(dirname "$0")/prepare.sh"
 cd "$repository" || exit 1
 
-export build=$repository/build/fuzz
+build=$repository/$(build_folder fuzz)
+export build
 export seconds=${1-}
 [[ $seconds =~ ^[1-9][0-9]*$ ]] || fail "Usage: scripts/fuzz.sh SECONDS [TARGET…]"
 shift
@@ -37,7 +38,7 @@ fi
 
 compiler=$(find_compiler) || exit 1
 run_quietly cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-    -DCMAKE_CXX_COMPILER="$compiler" -DDRASK_BUILD_FUZZERS=ON
+    -DCMAKE_CXX_COMPILER="$compiler" -DDRASK_BUILD_FUZZERS=ON -DDRASK_QT="${DRASK_QT-}"
 run_quietly cmake --build "$build" --target "${targets[@]}"
 
 # Everything is written in memory, where that can be. Fuzzers give up the rights of root, so

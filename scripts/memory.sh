@@ -20,8 +20,7 @@ tst_scenarios --only legacy-all-hosts
 TEXT
 }
 
-run_quietly cmake --preset dev
-run_quietly cmake --build --preset dev
+configure_and_build dev
 
 reports=$(mktemp -d)
 # The command below is taken apart at its blanks, which the way to this folder may have.
@@ -34,7 +33,7 @@ export DRASK_RUN_THROUGH="valgrind --quiet --leak-check=full \
 
 # Qt Test gives each case five minutes, which is short under valgrind on a busy machine.
 export QTEST_FUNCTION_TIMEOUT=1800000
-cd build/dev/tests || exit 1
+cd "$(build_folder dev)/tests" || exit 1
 # shellcheck disable=SC2016 # the inner shell expands them
 tested_runs | xargs -P "$(getconf _NPROCESSORS_ONLN)" -L 1 sh -c './drask-endtoend-tests "$0" "$@" -silent'
 result=$?

@@ -1,7 +1,8 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
 # What ./demo, ./test and the other commands need before they can start: packages, and a build.
-# Sourced, never run. Works with the bash 3.2 of macOS.
+# Sourced, never run. Works with the bash 3.2 of macOS. DRASK_QT, 5 or 6, chooses the Qt to build with;
+# without it, CMake takes the one that this platform prefers.
 
 repository=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 export repository
@@ -11,11 +12,14 @@ fail() {
     exit 1
 }
 
+debian_qt() { [ "${DRASK_QT-}" = 6 ] && echo qt6-base-dev || echo qtbase5-dev; }
+brew_qt() { [ "${DRASK_QT-}" = 5 ] && echo qt@5 || echo qtbase; }
+
 # The packages that a purpose needs, by package manager. Purposes: build test lint memory coverage
 # fuzz bench docs package.
 debian_packages() {
     case $1 in
-        build) echo "g++ cmake ninja-build qtbase5-dev" ;;
+        build) echo "g++ cmake ninja-build $(debian_qt)" ;;
         test) echo "ccache lld strace util-linux mount" ;;
         lint) echo "clang-format clang-tidy clazy cppcheck shellcheck yamllint" ;;
         memory) echo "valgrind" ;;
@@ -30,7 +34,7 @@ debian_packages() {
 
 brew_packages() {
     case $1 in
-        build) echo "cmake ninja qt@5" ;;
+        build) echo "cmake ninja $(brew_qt)" ;;
         lint) echo "clang-format llvm cppcheck shellcheck yamllint" ;;
         coverage) echo "gcovr" ;;
         fuzz) echo "llvm" ;;
@@ -75,7 +79,7 @@ install_brew_packages() {
         brew install --quiet "$package" || fail "This package could not be installed: $package"
     done
     # qt@5 is not linked into the usual places.
-    CMAKE_PREFIX_PATH=$(brew --prefix qt@5)
+    CMAKE_PREFIX_PATH=$(brew --prefix "$(brew_qt)")
     export CMAKE_PREFIX_PATH
 }
 
@@ -101,9 +105,26 @@ run_quietly() {
     output=$("$@" 2>&1) || fail "$output" "" "This failed: $*"
 }
 
+# build_folder PRESET: a Qt that somebody chose has folders of its own.
+build_folder() {
+    case ${DRASK_QT:+$1} in
+        "") echo "build/$1" ;;
+        dev) echo "build/qt$DRASK_QT" ;;
+        *) echo "build/$1-qt$DRASK_QT" ;;
+    esac
+}
+
+# configure_and_build PRESET builds all of it in build_folder().
+configure_and_build() {
+    local folder
+    folder=$repository/$(build_folder "$1")
+    run_quietly cmake --preset "$1" -B "$folder" -DDRASK_QT="${DRASK_QT-}"
+    run_quietly cmake --build "$folder"
+}
+
 # build_program FOLDER builds the program, and nothing else, in FOLDER.
 build_program() {
     run_quietly cmake -S "$repository" -B "$1" -G Ninja -DCMAKE_BUILD_TYPE=Release \
-        -DDRASK_BUILD_TESTS=OFF
+        -DDRASK_BUILD_TESTS=OFF -DDRASK_QT="${DRASK_QT-}"
     run_quietly cmake --build "$1" --target drask-installer
 }

@@ -70,7 +70,7 @@ install_package() {
         "$(chroot "$machine" dpkg-query --show --showformat '${Status}' drask-installer)" \
         "install ok installed"
     matches "$(chroot "$machine" ldd /opt/drask/drask-installer)" \
-        ' => /[^ ]*lib/[^ ]*/libQt5Core.so.5 '
+        " => /[^ ]*lib/[^ ]*/$qt_library "
 }
 
 remove_and_purge() {

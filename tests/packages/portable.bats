@@ -67,7 +67,7 @@ run_and_verify() {
 @test "the package carries all that a desktop may lack, and nothing else" {
     same "what is needed of the machine" "$(needed_outside | grep -vE "/($system)$")" ""
     same "what is carried in vain" "$(below "$root$manager/lib" | grep -E "^($system)$")" ""
-    [ -f "$root$manager/lib/libQt5Core.so.5" ]
+    [ -f "$root$manager/lib/$qt_library" ]
 }
 
 @test "the terms of all that is carried are there" {
@@ -85,7 +85,7 @@ run_and_verify() {
 @test "without its libraries the program does not start" {
     rm -r "${root:?}$manager/lib"
     run -127 run_tool "$manager"
-    matches "$output" 'libQt5Core\.so\.5'
+    matches "$output" "$qt_library"
 }
 
 @test "the program installs" {

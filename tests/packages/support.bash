@@ -1,12 +1,13 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
 # What the tests of the packages share: a few words, and a workstation to install on. Their packages
-# are in the folder DRASK_PACKAGES.
+# are in the folder DRASK_PACKAGES, built with the Qt that DRASK_QT says, 5 or 6.
 bats_require_minimum_version 1.5.0
 export LC_ALL=C.UTF-8
 
 repository=$(cd "$BATS_TEST_DIRNAME/../.." && pwd)
 version=$(sed -n 's/.*installerVersion = "\([0-9.]*\)".*/\1/p' "$repository/src/globals.h")
+qt_library=libQt${DRASK_QT:=5}Core.so.$DRASK_QT
 
 fail() {
     printf '%s\n' "$@"

@@ -72,7 +72,7 @@ private slots:
         QTest::addColumn<QByteArray>("after");
 
         for (const QByteArray &before : {QByteArray(), QByteArray("old\n"), large}) {
-            const auto size = before.size();
+            const int size = static_cast<int>(before.size());
             QTest::addRow("%d bytes are rewritten", size)
                 << rewriting << before << QByteArray("new");
             QTest::addRow("%d bytes are added to", size) << adding << before << before + "new";
