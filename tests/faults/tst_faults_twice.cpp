@@ -122,6 +122,9 @@ void tst_Faults_Twice::oneStandsStillWhileTheOtherRuns_data()
                 << scene << QByteArray(call);
         }
     }
+    // Only a file that was not there is copied twice.
+    QTest::newRow("first installation: before renameat2")
+        << Scene::FirstInstallation << QByteArray("renameat2");
 }
 
 void tst_Faults_Twice::oneStandsStillWhileTheOtherRuns()
