@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "logcapture.h"
 
-#include <QtGlobal>
+#include "pages.h"
+
+#include <QtTest>
+
+#include <utility>
 
 namespace test {
 
@@ -27,6 +31,9 @@ LogCapture::LogCapture()
 LogCapture::~LogCapture()
 {
     qInstallMessageHandler(handlerBefore);
+    for (const QString &line : std::as_const(captured)) {
+        QVERIFY2(isExplained(line), qPrintable("not in docs/integration.md: " + line));
+    }
 }
 
 QStringList LogCapture::lines() const

@@ -5,8 +5,8 @@
 
 namespace test {
 
-/// While it lives, collects what is logged instead of printing it: "Debug: …", "Warning: …". One at
-/// a time.
+/// While it lives, collects what is logged ("Debug: …", "Warning: …") instead of printing it. A
+/// line that docs/integration.md does not explain fails the case. One at a time.
 class LogCapture {
 public:
     LogCapture();

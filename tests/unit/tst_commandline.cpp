@@ -2,7 +2,10 @@
 #include "commandline.h"
 
 #include "localecodec.h"
+#include "pages.h"
 #include "unitcase.h"
+
+#include <set>
 
 Q_DECLARE_METATYPE(RunMode)
 
@@ -110,6 +113,25 @@ private slots:
         const CommandLine commandLine = readCommandLine({});
         QCOMPARE(commandLine.mode, RunMode::Install);
         QCOMPARE(commandLine.operand, QString());
+    }
+
+    void pageNamesEveryMode_data()
+    {
+        const test::Table<QString> table("name");
+        table.row("the first page", "README.md");
+        table.row("the manager's page", "docs/integration.md");
+        table.row("the manual page", "docs/drask-installer.1");
+    }
+
+    void pageNamesEveryMode()
+    {
+        QFETCH(QString, name);
+        std::set<RunMode> named;
+        const QStringList words = test::page(name).split(QRegularExpression("\\W+"));
+        for (const QString &word : words) {
+            named.insert(read({word.toLocal8Bit(), "operand"}).mode);
+        }
+        QCOMPARE(named.size(), static_cast<std::size_t>(RunMode::Ov3Uninstall) + 1);
     }
 };
 

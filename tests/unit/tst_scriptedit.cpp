@@ -59,9 +59,9 @@ private slots:
         const test::LoggedSandbox sandbox;
         sandbox.makeFolder("script");
         QCOMPARE(rewriteScript(sandbox.path("script"), "one\n"), 1);
-        QCOMPARE(rewriteScript(sandbox.path("script"), "one\n", "Not this one"), 1);
+        QCOMPARE(rewriteScript(sandbox.path("script"), "one\n", "Could not open target file2"), 1);
         VERIFY_LINES(sandbox.log.lines(), "Debug: Could not open target file \"Is a directory\"",
-                     "Debug: Not this one \"Is a directory\"");
+                     "Debug: Could not open target file2 \"Is a directory\"");
     }
 
     void extendingInAMissingFolderNamesTheReason()
