@@ -14,5 +14,5 @@ bool appendToFile(const QString &path, const QByteArray &bytes)
     const Descriptor file(open(QFile::encodeName(path).constData(),
                                O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, anyNewFile));
     return file.isOpen()
-        && writeWhole(file.number(), bytes.constData(), static_cast<std::size_t>(bytes.size()));
+        && writeBytes(file.number(), bytes.constData(), static_cast<std::size_t>(bytes.size()));
 }

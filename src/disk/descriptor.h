@@ -56,7 +56,7 @@ private:
 
 /// Writes \a size bytes from \a bytes to the open file \a file. Returns false, with the reason in
 /// errno, when it takes only a part.
-inline bool writeWhole(int file, const char *bytes, std::size_t size)
+inline bool writeBytes(int file, const char *bytes, std::size_t size)
 {
     for (std::size_t written = 0; written < size;) {
         const ssize_t count = write(file, bytes + written, size - written);

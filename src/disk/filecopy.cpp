@@ -39,7 +39,7 @@ bool readAndWrite(int source, off_t offset, int target)
     ssize_t size = 0;
     while ((size = pread(source, block.data(), block.size(), offset)) > 0) {
         offset += size;
-        if (!writeWhole(target, block.data(), static_cast<std::size_t>(size))) {
+        if (!writeBytes(target, block.data(), static_cast<std::size_t>(size))) {
             return false;
         }
     }
