@@ -17,7 +17,8 @@ check_error_file() {
     while IFS= read -r entry; do
         grep -qF -e "$entry" docs/integration.md \
             || complain "docs/integration.md does not explain: $entry"
-    done < <(grep -hoE 'writeErrorFile\([^"]*"[^"\]+' src/*.cpp | cut -d '"' -f 2)
+    done < <(grep -hoE 'writeErrorFile\([^"]*"[^"\]+' src/*.cpp | cut -d '"' -f 2
+        grep -oE '^inline constexpr QLatin1String [^"]*"[^"\]+' src/messages.h | cut -d '"' -f 2)
 }
 
 have() {

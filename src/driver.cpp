@@ -8,9 +8,9 @@
 #include "literals.h"
 #include "logging.h"
 #include "managersettings.h"
+#include "messages.h"
 #include "uninstaller/ov3uninstaller.h"
 #include "uninstaller/pluginuninstaller.h"
-#include "wholenumber.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -40,7 +40,7 @@ int removeLegacyPlugins(const QString &listFile)
     const int result = Ov3Uninstaller::deleteOldPlugins(listFile);
     qDebug() << result;
     if (result > 0) {
-        writeErrorFile(QStringLiteral("Removal of old plugins failed, please remove manually."));
+        writeErrorFile(Message::removalFailed);
     }
     return result;
 }
@@ -79,36 +79,22 @@ int uninstallAllHosts(const QList<PluginPathStruct> &hosts)
     return exitCode;
 }
 
-void readUser(const ManagerSettings &settings)
-{
-    username = settings.value(QStringLiteral("UserData/username")).toString();
-    const QVariant loggedOut = settings.value(QStringLiteral("UserData/loggedOut"));
-    if (!loggedOut.isNull() && loggedOut.toBool()) {
-        username = ""_l1;
-    }
-    localProjectsFolder = settings.value(QStringLiteral("PathOptions/localProjectsFolder"))
-                              .toString();
-}
-
 QList<PluginPathStruct> readHosts(ManagerSettings &settings)
 {
     QList<PluginPathStruct> hosts;
-    const int size = numberOfSetting(settings.value(QStringLiteral("pluginpaths/size")));
-    static_cast<void>(settings.beginReadArray(QStringLiteral("pluginpaths")));
-    for (int index = 0; index < size; ++index) {
-        settings.setArrayIndex(index);
-        hosts += getPluginInfoList(settings.value(QStringLiteral("application")).toString(),
-                                   settings.value(QStringLiteral("path")).toString());
+    const QList<HostEntry> entries = settings.hostEntries();
+    for (const HostEntry &entry : entries) {
+        hosts += getPluginInfoList(entry.application, entry.path);
     }
-    settings.endArray();
     return hosts;
 }
 
 int serveListedHosts(RunMode mode)
 {
     const ManagerSettings settings;
-    qDebug() << "settings loaded";
-    readUser(settings);
+    qDebug() << Message::settingsLoaded;
+    username = settings.userName();
+    localProjectsFolder = settings.localProjectsFolder();
     ManagerSettings hostSettings;
     const QList<PluginPathStruct> hosts = readHosts(hostSettings);
 
@@ -124,6 +110,8 @@ int serveListedHosts(RunMode mode)
     return runInstallPass(hosts, settings, copyWhen, exitCode);
 }
 
+} // namespace
+
 int runMode(const CommandLine &commandLine)
 {
     switch (commandLine.mode) {
@@ -132,11 +120,11 @@ int runMode(const CommandLine &commandLine)
     case RunMode::UninstallPlugin:
         return uninstallOneHost(commandLine.operand);
     case RunMode::OnlyWriteConfig:
-        qDebug() << "only write config";
+        qDebug() << Message::onlyWriteConfig;
         onlyWriteConfig = true;
         break;
     case RunMode::Reinstall:
-        qDebug() << "forceReinstall";
+        qDebug() << Message::forceReinstall;
         break;
     case RunMode::Install:
     case RunMode::UninstallAll:
@@ -144,8 +132,6 @@ int runMode(const CommandLine &commandLine)
     }
     return serveListedHosts(commandLine.mode);
 }
-
-} // namespace
 
 int runDriver(int argc, char *argv[])
 {
@@ -161,11 +147,11 @@ int runDriver(int argc, char *argv[])
 int uninstallPluginFunction(const QString &folder)
 {
     if (!folder.contains(QLatin1Char('/'))) {
-        qDebug() << "nothing to uninstall for " << folder;
+        qDebug() << Message::nothingToUninstall << folder;
         return 0;
     }
     PluginUninstaller uninstaller;
     const int result = uninstaller.uninstallPlugin(folder);
-    qDebug() << "uninstallPlugin " << result;
+    qDebug() << Message::uninstalled << result;
     return result;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "commandline.h"
+
 #include <QString>
 
 /// \file
@@ -13,6 +15,10 @@
 /// Returns 0 for success; 2 or 3 for the last failure of an install pass (see runInstallPass()); or
 /// the last positive result of an uninstallation (see uninstallPluginFunction()).
 int runDriver(int argc, char *argv[]);
+
+/// Runs the mode that \a commandLine asks for and returns the exit code. The core application
+/// object and the message handler are in place already.
+int runMode(const CommandLine &commandLine);
 
 /// Uninstalls the plug-in in \a folder, which is used exactly as given, has no trailing slash and
 /// ends with the plug-in's own sub-folder.

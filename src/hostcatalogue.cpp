@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "hostcatalogue.h"
 
+#include "disk/files.h"
 #include "literals.h"
 #include "managersettings.h"
+#include "messages.h"
 #include "wholenumber.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 
 namespace {
@@ -46,17 +47,22 @@ constexpr QLatin1String maxLanguages[] = {
     "CHS"_l1, "DEU"_l1, "ENU"_l1, "FRA"_l1, "JPN"_l1, "KOR"_l1,
 };
 
-void fillIn(PluginPathStruct &record, const HostRow &row, const ManagerSettings &settings)
+/// A tool: its folder and what its manager wants.
+struct Tool {
+    const QString &folder;
+    const ManagerSettings &settings;
+};
+
+void fillIn(PluginPathStruct &record, const HostRow &row, const Tool &tool)
 {
-    const QString pluginRoot = QCoreApplication::applicationDirPath() + "/plugins/"_l1;
     record.pluginSubFolder = row.subFolder;
-    record.sourceFolder = pluginRoot + row.sourceName;
-    record.version = numberOfSetting(settings.value(row.versionKey));
+    record.sourceFolder = tool.folder + "/plugins/"_l1 + row.sourceName;
+    record.version = numberOfSetting(tool.settings.value(row.versionKey));
 }
 
-QList<PluginPathStruct> maxRecords(PluginPathStruct record, const ManagerSettings &settings)
+QList<PluginPathStruct> maxRecords(PluginPathStruct record, const Tool &tool)
 {
-    fillIn(record, maxRow, settings);
+    fillIn(record, maxRow, tool);
     QList<PluginPathStruct> records;
     for (const QLatin1String language : maxLanguages) {
         record.pluginSubFolder = QLatin1Char('/') + language + maxRow.subFolder;
@@ -74,19 +80,34 @@ QString PluginPathStruct::targetFolder() const
 
 QList<PluginPathStruct> getPluginInfoList(QString applicationName, QString path)
 {
-    const ManagerSettings settings;
-    PluginPathStruct record;
-    record.applicationName = std::move(applicationName);
-    record.path = std::move(path);
-    qDebug() << "applicationName" << record.applicationName;
-    qDebug() << "path" << record.path;
+    qDebug() << Message::applicationName << applicationName;
+    qDebug() << Message::path << path;
+    const QString folder = toolFolder();
+    return installTargets(applicationName, path, folder, ManagerSettings(folder));
+}
 
-    if (record.applicationName == maxRow.key) {
-        return maxRecords(record, settings);
+QStringList versionKeys()
+{
+    QStringList keys{QString(maxRow.versionKey).mid(1)};
+    for (const HostRow &row : hostTable) {
+        keys << row.versionKey;
+    }
+    return keys;
+}
+
+QList<PluginPathStruct> installTargets(const QString &applicationName, const QString &path,
+                                       const QString &folder, const ManagerSettings &settings)
+{
+    PluginPathStruct record;
+    record.applicationName = applicationName;
+    record.path = path;
+    const Tool tool{folder, settings};
+    if (applicationName == maxRow.key) {
+        return maxRecords(record, tool);
     }
     for (const HostRow &row : hostTable) {
-        if (record.applicationName == row.key) {
-            fillIn(record, row, settings);
+        if (applicationName == row.key) {
+            fillIn(record, row, tool);
         }
     }
     // Deliberate (unknown-host-is-a-target): the install pass reports it to the user.

@@ -5,6 +5,9 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
+
+class ManagerSettings;
 
 /// \file
 /// The hosts that the program knows: where each one's plug-in comes from and where it goes.
@@ -31,5 +34,13 @@ struct PluginPathStruct {
 /// - an unknown key: one record with no folders of the plug-in and the version -9999.
 ///
 /// \a path is kept as it stands; nothing here asks whether it exists. Logs "applicationName" and
-/// "path" with their values.
+/// "path" with their values. The tool's folder is the program's own.
 QList<PluginPathStruct> getPluginInfoList(QString applicationName, QString path);
+
+/// The settings' keys of all versions, as they stand in the file: "plugins/versionMaya" and so on.
+QStringList versionKeys();
+
+/// The same as getPluginInfoList() for the tool in the folder \a folder (no trailing slash)
+/// with its \a settings. Logs nothing.
+QList<PluginPathStruct> installTargets(const QString &applicationName, const QString &path,
+                                       const QString &folder, const ManagerSettings &settings);

@@ -3,23 +3,20 @@
 
 #include "disk/standin.h"
 #include "installer/maya.h"
+#include "disk/files.h"
 #include "installer/plugininstaller.h"
 #include "literals.h"
 #include "logging.h"
+#include "messages.h"
 #include "results.h"
 
 #include <QDebug>
-#include <QFile>
-#include <QSettings>
 
 namespace {
 
-/// Deliberate (empty-extra-files-folder): the files come from the root of the file system.
-constexpr QLatin1String extraFilesFolder = ""_l1;
-
 // clang-format off
 /// Files of earlier Cinema 4D plug-ins. Deliberate (cfl64): "Grex.cfl64" is no slip.
-constexpr QLatin1String legacyCinema4dFiles[] = {
+constexpr QLatin1String legacyCinema4dNames[] = {
     "/plugins/Grex.cdl"_l1,
     "/plugins/Grex.cfl64"_l1,
     "/plugins/Grex10.dylib"_l1,
@@ -42,13 +39,13 @@ constexpr QLatin1String legacyCinema4dFiles[] = {
 
 void removeIfThere(const QString &path)
 {
-    static_cast<void>(QFile::remove(path));
+    static_cast<void>(removeFile(path));
 }
 
 /// A file that is there already stays as it is.
 void copyExtraFile(QLatin1String name, const QString &target)
 {
-    static_cast<void>(QFile::copy(extraFilesFolder + name, target));
+    static_cast<void>(copyFile(extraFilesFolder + name, target));
 }
 
 QString mayaScript(const PluginPathStruct &host)
@@ -66,17 +63,17 @@ int installMaya(const PluginPathStruct &host)
     const QString target = host.targetFolder();
     const QString templateFile = target + "/drask_userSetup.py"_l1;
     if (PluginInstaller::copyMayaUserSetup(templateFile, target) > 0) {
-        writeErrorFile("Could not copy userSetup.py file to: "_l1 + target);
+        writeErrorFile(Message::userSetupFailed + target);
         return ExitCode::configurationNotWritten;
     }
     return 0;
 }
 
-void registerRhinoPlugin(QSettings &registry, const QString &pluginFile)
+void registerRhinoPlugin(NativeSettings &registry, const QString &pluginFile)
 {
     const QLatin1String plugin("5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20");
-    registry.setValue(plugin + "/Name"_l1, QStringLiteral("Drask"));
-    registry.setValue(plugin + "/FileName"_l1, pluginFile);
+    registry.set(plugin + "/Name"_l1, QStringLiteral("Drask"));
+    registry.set(plugin + "/FileName"_l1, pluginFile);
 }
 
 int installRhino(const PluginPathStruct &host)
@@ -84,14 +81,12 @@ int installRhino(const PluginPathStruct &host)
     const QString target = host.targetFolder();
     const QString pluginFile = target + "/Drask.rhp"_l1;
 
-    QSettings machine(QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\5.0x64"
-                                     "\\Plug-ins"),
-                      QSettings::NativeFormat);
+    NativeSettings machine(QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\5.0x64"
+                                          "\\Plug-ins"));
     registerRhinoPlugin(machine, pluginFile);
     // Deliberate (rhino-two-spellings): "Software" here and "SOFTWARE" above.
-    QSettings user(QStringLiteral("HKEY_CURRENT_USER\\Software\\McNeel\\Rhinoceros\\5.0x64"
-                                  "\\Plug-ins"),
-                   QSettings::NativeFormat);
+    NativeSettings user(QStringLiteral("HKEY_CURRENT_USER\\Software\\McNeel\\Rhinoceros\\5.0x64"
+                                       "\\Plug-ins"));
     registerRhinoPlugin(user, pluginFile);
 
     copyExtraFile("/Drask.rhp"_l1, pluginFile);
@@ -139,18 +134,27 @@ bool isCinema4d(const PluginPathStruct &host)
         || host.applicationName == "c4d21"_l1;
 }
 
-void removeLegacyCinema4dFiles(const PluginPathStruct &host)
+QStringList legacyCinema4dFiles(const PluginPathStruct &host)
 {
     if (host.applicationName != "c4d"_l1) {
-        return;
+        return {};
     }
+    QStringList files;
     const QString target = host.targetFolder();
     if (!target.contains("R21"_l1)) {
-        removeIfThere(target + "/grex21.xlib"_l1);
-        removeIfThere(target + "/grex21.xdl64"_l1);
+        files << target + "/grex21.xlib"_l1 << target + "/grex21.xdl64"_l1;
     }
-    for (const QLatin1String name : legacyCinema4dFiles) {
-        removeIfThere(host.path + name);
+    for (const QLatin1String name : legacyCinema4dNames) {
+        files << host.path + name;
+    }
+    return files;
+}
+
+void removeLegacyCinema4dFiles(const PluginPathStruct &host)
+{
+    const QStringList files = legacyCinema4dFiles(host);
+    for (const QString &file : files) {
+        removeIfThere(file);
     }
 }
 
@@ -171,6 +175,6 @@ int runHostSteps(const PluginPathStruct &host)
             exitCode = step.run(host);
         }
     }
-    qDebug() << host.applicationName + " plugin installed in: "_l1 << host.targetFolder();
+    qDebug() << host.applicationName + Message::installedIn << host.targetFolder();
     return exitCode;
 }

@@ -2,15 +2,26 @@
 #pragma once
 
 #include "hostcatalogue.h"
+#include "literals.h"
+
+#include <QStringList>
 
 /// \file
 /// What single hosts need beyond the copy of their plug-in and its manager.cfg.
 
+/// The folder that extra files of hosts come from and that Houdini is to search.
+/// Deliberate (empty-extra-files-folder): the files come from the root of the file system.
+inline constexpr QLatin1String extraFilesFolder = ""_l1;
+
 /// True for the keys "c4d", "c4d14" and "c4d21", the hosts whose manager.cfg has "\r\n" line ends.
 bool isCinema4d(const PluginPathStruct &host);
 
-/// For the key "c4d" alone: removes the plug-in files of earlier versions from the host's plug-in
-/// folders. What is missing or cannot be removed is passed over silently. Logs nothing.
+/// The plug-in files of earlier versions that \a host must not have, with their full names, whether
+/// they are there or not; none for any key but "c4d".
+QStringList legacyCinema4dFiles(const PluginPathStruct &host);
+
+/// Removes the legacyCinema4dFiles() of \a host. What is missing or cannot be removed is passed
+/// over silently. Logs nothing.
 void removeLegacyCinema4dFiles(const PluginPathStruct &host);
 
 /// Takes away what a killed run left beside the user's file that the steps of \a host edit. Logs

@@ -2,26 +2,26 @@
 #include "installpass.h"
 
 #include "disk/standin.h"
+#include "disk/files.h"
 #include "globals.h"
 #include "hoststeps.h"
 #include "installer/plugininstaller.h"
 #include "literals.h"
 #include "logging.h"
 #include "managersettings.h"
+#include "messages.h"
 #include "results.h"
 #include "versionfile.h"
 
-#include <QCoreApplication>
 #include <QDebug>
-#include <QDir>
 
 namespace {
 
 void makeTargetFolder(const QString &target)
 {
-    if (!QDir(target).exists()) {
+    if (!isFolder(target)) {
         // A folder that cannot be made shows when the plug-in is copied.
-        static_cast<void>(QDir().mkpath(target));
+        static_cast<void>(makePath(target));
     }
 }
 
@@ -42,14 +42,14 @@ bool isInstalled(const PluginPathStruct &host)
     if (readVersionTxt(host.targetFolder()) != host.version) {
         return false;
     }
-    qDebug() << "version already installed: " << host.targetFolder();
+    qDebug() << Message::alreadyInstalled << host.targetFolder();
     return true;
 }
 
 int copyPlugin(PluginInstaller &installer, const PluginPathStruct &host)
 {
     if (installer.copyFolder(host.sourceFolder, host.targetFolder(), false) > 0) {
-        writeErrorFile("Could not copy file to: \n"_l1 + host.targetFolder());
+        writeErrorFile(Message::copyFailed + host.targetFolder());
         return ExitCode::pluginNotCopied;
     }
     return 0;
@@ -60,7 +60,7 @@ int writeManagerConfig(const PluginInstaller &installer, const PluginPathStruct 
     const QString target = host.targetFolder();
     if (installer.writeConfig(configFileOf(host), installerVersion, isCinema4d(host)) > 0) {
         // Deliberate (config-message-without-slash): no slash before the name.
-        writeErrorFile("Could not write config file in: \n"_l1 + target + "manager.cfg"_l1);
+        writeErrorFile(Message::configFailed + target + "manager.cfg"_l1);
         return ExitCode::configurationNotWritten;
     }
     return 0;
@@ -93,21 +93,19 @@ void installHost(PluginInstaller &installer, const PluginPathStruct &host, CopyW
 int runInstallPass(const QList<PluginPathStruct> &hosts, const ManagerSettings &settings,
                    CopyWhen copyWhen, int exitCode)
 {
-    qDebug().noquote() << "!!!settings local: "
+    qDebug().noquote() << Message::passStarts
                        << loggedForm(
                               settings.value(QStringLiteral("PathOptions/localProjectsFolder")));
-    const bool copyTexFiles = settings.value(QStringLiteral("Settings/copyTexFiles"), true)
-                                  .toBool();
-    const QString programFolder = QCoreApplication::applicationDirPath();
+    const QString programFolder = toolFolder();
     PluginInstaller installer(programFolder, username, localProjectsFolder, onlyWriteConfig,
-                              copyTexFiles);
+                              settings.copyTexFiles());
     installer.readCPUinfo();
 
     for (const PluginPathStruct &host : hosts) {
         if (host.path.contains(QLatin1Char('/'))) {
             installHost(installer, host, copyWhen, exitCode);
         } else {
-            qDebug() << "nothing to copy for " << host.applicationName;
+            qDebug() << Message::nothingToCopy << host.applicationName;
         }
     }
     static_cast<void>(PluginInstaller::writeVersionFile(programFolder, installerVersion));

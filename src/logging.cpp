@@ -2,10 +2,10 @@
 #include "logging.h"
 
 #include "disk/appendtofile.h"
+#include "disk/files.h"
 #include "literals.h"
 #include "qtversions.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QFileInfo>
 #include <QLoggingCategory>
@@ -19,7 +19,7 @@ class LineFile {
 public:
     /// \a name begins with a slash.
     explicit LineFile(QLatin1String name)
-        : path(QCoreApplication::applicationDirPath() + name)
+        : path(toolFolder() + name)
     {
         // Qt would complain on the console about a device or a pipe in the file's place. Whoever
         // puts one there does so before the first line, so that the others need not ask.
@@ -39,22 +39,19 @@ private:
     bool isLost = false;
 };
 
-QString logLine(QtMsgType type, const QString &message)
+QLoggingCategory::CategoryFilter rulesOfTheMachine = nullptr;
+
+void keepDefaultCategory(QLoggingCategory *category)
 {
-    switch (type) {
-    case QtDebugMsg:
-        return QStringLiteral("Debug: %1").arg(message);
-    case QtWarningMsg:
-        return QStringLiteral("Warning: %1").arg(message);
-    case QtCriticalMsg:
-        return QStringLiteral("Critical: %1").arg(message);
-    case QtFatalMsg:
-        // Deliberate (fatal-message): it is not written.
-        std::abort();
-    case QtInfoMsg:
-        break;
+    // Categories that are known already have been through the rules.
+    if (rulesOfTheMachine != nullptr) {
+        rulesOfTheMachine(category);
     }
-    return {};
+    if (qstrcmp(category->categoryName(), "default") == 0) {
+        for (const QtMsgType type : {QtDebugMsg, QtInfoMsg, QtWarningMsg, QtCriticalMsg}) {
+            category->setEnabled(type, true);
+        }
+    }
 }
 
 /// Qt 6 puts a name before a list, which managers in the field do not know.
@@ -78,22 +75,25 @@ QString withoutListNames(const QString &text)
     return rest;
 }
 
-QLoggingCategory::CategoryFilter rulesOfTheMachine = nullptr;
-
-void keepDefaultCategory(QLoggingCategory *category)
-{
-    // Categories that are known already have been through the rules.
-    if (rulesOfTheMachine != nullptr) {
-        rulesOfTheMachine(category);
-    }
-    if (qstrcmp(category->categoryName(), "default") == 0) {
-        for (const QtMsgType type : {QtDebugMsg, QtInfoMsg, QtWarningMsg, QtCriticalMsg}) {
-            category->setEnabled(type, true);
-        }
-    }
-}
-
 } // namespace
+
+QString logLine(QtMsgType type, const QString &message)
+{
+    switch (type) {
+    case QtDebugMsg:
+        return QStringLiteral("Debug: %1").arg(message);
+    case QtWarningMsg:
+        return QStringLiteral("Warning: %1").arg(message);
+    case QtCriticalMsg:
+        return QStringLiteral("Critical: %1").arg(message);
+    case QtFatalMsg:
+        // Deliberate (fatal-message): it is not written.
+        std::abort();
+    case QtInfoMsg:
+        break;
+    }
+    return {};
+}
 
 void myMessageOutput(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
 {

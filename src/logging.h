@@ -19,6 +19,9 @@
 /// A fatal message is not written: the process aborts. The \a context is not used.
 void myMessageOutput(QtMsgType type, const QMessageLogContext &context, const QString &message);
 
+/// The line of "plugin.log" that myMessageOutput() makes of a message, without its line end.
+QString logLine(QtMsgType type, const QString &message);
+
 /// Has every message of the program reach the handler, whatever Qt logging rules the machine or the
 /// environment sets: some distributions switch debug lines off for all programs.
 void keepEveryMessage();

@@ -1,9 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "textfile.h"
 
+#include "disk/files.h"
 #include "qtversions.h"
 
+#include <QBuffer>
 #include <QFile>
+
+namespace {
+
+/// False when \a device is a file that could not be read on.
+bool isSound(const QIODevice *device)
+{
+    const auto *const file = qobject_cast<const QFileDevice *>(device);
+    return file == nullptr || file->error() == QFileDevice::NoError;
+}
+
+} // namespace
 
 Utf8Stream::Utf8Stream(QIODevice *device)
     : QTextStream(device)
@@ -18,20 +31,29 @@ QByteArray toUtf8(const QString &text)
     return (isUnfinished ? text.chopped(1) : text).toUtf8();
 }
 
+QString textOf(const QByteArray &bytes)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    static_cast<void>(buffer.open(QIODevice::ReadOnly | QIODevice::Text));
+    return Utf8Stream(&buffer).readAll();
+}
+
 bool readWholeText(const QString &path, QString &text, QString *reason)
 {
-    QFile file(path);
-    if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        const QString whole = Utf8Stream(&file).readAll();
-        if (file.error() == QFileDevice::NoError) {
-            text = whole;
-            return true;
+    const auto file = openToRead(path, QIODevice::ReadOnly | QIODevice::Text, reason);
+    if (!file) {
+        return false;
+    }
+    const QString whole = Utf8Stream(file.get()).readAll();
+    if (!isSound(file.get())) {
+        if (reason != nullptr) {
+            *reason = file->errorString();
         }
+        return false;
     }
-    if (reason != nullptr) {
-        *reason = file.errorString();
-    }
-    return false;
+    text = whole;
+    return true;
 }
 
 QString readText(const QString &path)
@@ -43,18 +65,17 @@ QString readText(const QString &path)
 
 bool readWholeLine(QTextStream &stream, QString &line)
 {
-    const auto *const file = qobject_cast<const QFileDevice *>(stream.device());
-    return stream.readLineInto(&line) && (file == nullptr || file->error() == QFileDevice::NoError);
+    return stream.readLineInto(&line) && isSound(stream.device());
 }
 
 bool visitLines(const QString &path, const std::function<bool(const QString &)> &visit)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    const auto file = openToRead(path, QIODevice::ReadOnly | QIODevice::Text);
+    if (!file) {
         return false;
     }
-    Utf8Stream stream(&file);
+    Utf8Stream stream(file.get());
     QString line;
     while (readWholeLine(stream, line) && visit(line)) { }
-    return file.error() == QFileDevice::NoError;
+    return isSound(file.get());
 }

@@ -22,6 +22,9 @@ public:
 /// unfinished one at the end goes.
 QByteArray toUtf8(const QString &text);
 
+/// The text that readWholeText() makes of the bytes of a file.
+QString textOf(const QByteArray &bytes);
+
 /// Opens the file \a path read-only in text mode (which drops every carriage return) and reads its
 /// whole text into \a text. Returns false for a file that is missing, cannot be opened or cannot be
 /// read to its end; \a text is then as before, and \a reason, if given, becomes Qt's words for what

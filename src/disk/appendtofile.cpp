@@ -2,6 +2,7 @@
 #include "disk/appendtofile.h"
 
 #include "disk/descriptor.h"
+#include "disk/otherdisk.h"
 
 #include <QFile>
 
@@ -10,6 +11,9 @@
 
 bool appendToFile(const QString &path, const QByteArray &bytes)
 {
+    if (OtherDisk *const other = OtherDisk::inPlace()) {
+        return other->appendTo(path, bytes);
+    }
     constexpr mode_t anyNewFile = 0666;
     const Descriptor file(open(QFile::encodeName(path).constData(),
                                O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, anyNewFile));

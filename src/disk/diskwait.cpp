@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "disk/diskwait.h"
 
+#include "disk/otherdisk.h"
+
 #include <cerrno>
 #include <system_error>
 
@@ -30,6 +32,9 @@ bool waitForDisk(int handle)
 
 bool bringToDisk(QFileDevice &file, QString *reason)
 {
+    if (OtherDisk::inPlace() != nullptr) {
+        return true;
+    }
     const bool isFlushed = file.flush();
     if (isFlushed && waitForDisk(file.handle()) && closesWell(file.handle())) {
         return true;

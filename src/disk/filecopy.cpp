@@ -2,6 +2,7 @@
 #include "disk/filecopy.h"
 
 #include "disk/diskwait.h"
+#include "disk/otherdisk.h"
 #include "disk/standin.h"
 
 #include <QFile>
@@ -100,6 +101,9 @@ void FileCopier::dropSpare()
 
 bool FileCopier::copyTo(const QString &target)
 {
+    if (OtherDisk *const other = OtherDisk::inPlace()) {
+        return other->copyFile(path, target);
+    }
 #ifdef Q_OS_LINUX
     if (const auto isCopied = copyThroughUnnamedFile(QFile::encodeName(target))) {
         return *isCopied;
@@ -184,6 +188,9 @@ PlacedFiles::~PlacedFiles()
 
 bool PlacedFiles::open(const QString &path)
 {
+    if (OtherDisk *const other = OtherDisk::inPlace()) {
+        return other->openPlaced(path);
+    }
     constexpr int everyone = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
     const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
                                   everyone);

@@ -2,6 +2,7 @@
 #include "disk/standin.h"
 
 #include "disk/attributes.h"
+#include "disk/otherdisk.h"
 
 #include <QFile>
 
@@ -16,8 +17,6 @@
 
 namespace {
 
-/// More than one is needed only while several runs write in one folder.
-constexpr int namesToTry = 9;
 constexpr int linksToFollow = 40;
 
 constexpr mode_t anyNewFile = 0666;
@@ -30,7 +29,7 @@ QByteArray folderOf(const QByteArray &path)
 
 QByteArray candidate(const QByteArray &folder, int number)
 {
-    const QByteArray first = folder + ".drask-unfinished";
+    const QByteArray first = folder + unfinishedStem.data();
     return number == 1 ? first : first + '-' + QByteArray::number(number);
 }
 
@@ -106,7 +105,7 @@ bool removeLeftover(const QByteArray &name)
 void removeLeftovers(const QByteArray &folder)
 {
     int number = 1;
-    while (number <= namesToTry && removeLeftover(candidate(folder, number))) {
+    while (number <= unfinishedNames && removeLeftover(candidate(folder, number))) {
         ++number;
     }
 }
@@ -167,7 +166,7 @@ bool StandIn::make()
         return false;
     }
     const QByteArray folder = folderOf(target);
-    for (int number = 1; number <= namesToTry; ++number) {
+    for (int number = 1; number <= unfinishedNames; ++number) {
         if (makeNamed(candidate(folder, number))) {
             return true;
         }
@@ -205,13 +204,17 @@ bool StandIn::takePlace()
     return true;
 }
 
-QByteArray unfinishedName(const QString &folder)
+QByteArray unfinishedName(const QString &folder, int number)
 {
-    return candidate(QFile::encodeName(folder) + '/', 1);
+    return candidate(QFile::encodeName(folder) + '/', number);
 }
 
 void clearUnfinished(const QString &path)
 {
+    if (OtherDisk *const other = OtherDisk::inPlace()) {
+        other->clearUnfinished(path);
+        return;
+    }
     const QByteArray target = followed(path);
     if (!target.isEmpty()) {
         removeLeftovers(folderOf(target));

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "disk/descriptor.h"
+#include "literals.h"
 
 #include <QByteArray>
+#include <QLatin1String>
 #include <QString>
 
 #include <memory>
@@ -73,9 +75,15 @@ private:
     Descriptor file;
 };
 
-/// The name of the first stand-in in the folder \a folder, which has no trailing slash, in the
-/// encoding of file names.
-QByteArray unfinishedName(const QString &folder);
+/// What the name of every stand-in begins with.
+inline constexpr QLatin1String unfinishedStem = ".drask-unfinished"_l1;
+
+/// The name of a stand-in in the folder \a folder, which has no trailing slash, in the encoding of
+/// file names. The first is number 1.
+QByteArray unfinishedName(const QString &folder, int number = 1);
+
+/// How many stand-ins there may be in one folder.
+inline constexpr int unfinishedNames = 9;
 
 /// Takes away what killed runs left beside the file \a path.
 void clearUnfinished(const QString &path);

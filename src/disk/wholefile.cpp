@@ -2,6 +2,7 @@
 #include "disk/wholefile.h"
 
 #include "disk/diskwait.h"
+#include "disk/otherdisk.h"
 #include "disk/standin.h"
 
 #include <QFile>
@@ -230,6 +231,9 @@ bool writeUntilDone(const QString &path, QIODevice::OpenMode mode, const QByteAr
 bool writeWhole(const QString &path, QIODevice::OpenMode mode, const QByteArray &content,
                 QString *reason)
 {
+    if (OtherDisk *const other = OtherDisk::inPlace()) {
+        return other->writeWhole(path, mode, content);
+    }
     QString words;
     const bool isWritten = writeUntilDone(path, mode, content, words);
     if (!isWritten && reason != nullptr) {

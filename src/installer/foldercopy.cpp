@@ -1,21 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "disk/diskwait.h"
 #include "disk/filecopy.h"
-#include "disk/folderlisting.h"
+#include "disk/files.h"
 #include "installer/plugininstaller.h"
 #include "literals.h"
+#include "messages.h"
 #include "results.h"
 
 #include <QDebug>
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace {
 
 /// An empty name would mean the working directory, which is nobody's plug-in.
-bool isFolder(const QString &path)
+bool isShipped(const QString &path)
 {
-    return !path.isEmpty() && QDir(path).exists();
+    return !path.isEmpty() && isFolder(path);
 }
 
 /// Adds a line to \a manifest, at once: a manager may watch it grow, and a removal after a crash
@@ -23,10 +24,10 @@ bool isFolder(const QString &path)
 int list(const QString &file, QFile &manifest)
 {
     const QByteArray line = file.toUtf8() + '\n';
-    if (manifest.write(line) == line.size() && manifest.flush()) {
+    if (addTo(manifest, line)) {
         return Result::success;
     }
-    qDebug() << "Could not list file" << file;
+    qDebug() << Message::fileNotListed << file;
     return Result::notReplaced;
 }
 
@@ -36,19 +37,19 @@ int placeFile(const QString &source, const QString &target, QFile &manifest, Pla
     // Each run looks for leftovers in the folder of the manifest.
     FileCopier copier(source, QFileInfo(manifest).path());
     // Deliberate (file-copied-twice): where there is a file already, the first copy does nothing.
-    const bool isThere = QFile::exists(target) || copier.copyTo(target);
+    const bool isThere = fileExists(target) || copier.copyTo(target);
     int result = Result::success;
-    if (isThere && !QFile::remove(target)) {
-        qDebug() << "Could not remove file" << target;
+    if (isThere && !removeFile(target)) {
+        qDebug() << Message::fileNotRemoved << target;
         result = Result::notReplaced;
     } else if (!copier.copyTo(target)) {
         // Deliberate (failed-copy-is-no-failure): the rights check below decides.
-        qDebug() << "Could not copy file " << source << " to " << target;
+        qDebug() << Message::fileNotCopied << source << Message::copiedTo << target;
     } else if (!target.contains("drask_uninstall"_l1)) {
         result = list(target, manifest);
     }
     if (!placed.open(target)) {
-        qDebug() << "exist check failed - rights problem" << target;
+        qDebug() << Message::fileNotWritable << target;
         result = Result::rightsProblem;
     }
     return result;
@@ -70,7 +71,7 @@ int listMayaShelf(const QString &src, const QString &dst, QFile &manifest)
 QByteArray namesIn(const QString &path, EntryKind wanted)
 {
     QByteArray names;
-    visitEntries(QFile::encodeName(path), [&](const QByteArray &name, EntryKind kind) {
+    visitFolder(path, [&](const QByteArray &name, EntryKind kind) {
         if (kind == EntryKind::LinkedFolder) {
             kind = EntryKind::Folder;
         }
@@ -100,7 +101,7 @@ void logLostCopies(PlacedFiles &placed)
 {
     const QStringList lost = placed.bringToDisk();
     for (const QString &file : lost) {
-        qDebug() << "Could not write file to the disk" << file;
+        qDebug() << Message::fileLost << file;
     }
 }
 
@@ -109,10 +110,10 @@ void logLostCopies(PlacedFiles &placed)
 bool PluginInstaller::openManifest(const QString &dst)
 {
     // Deliberate (log-names-manifest-before): the new name is set below.
-    qDebug() << "open file: " << uninstallFile.fileName();
+    qDebug() << Message::copyStarts << uninstallFile.fileName();
     uninstallFile.setFileName(dst + "/uninstall.ini"_l1);
-    if (!uninstallFile.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        qDebug() << "cannot open " << uninstallFile.fileName() << " for writing";
+    if (!openAnew(uninstallFile)) {
+        qDebug() << Message::cannotOpen << uninstallFile.fileName() << Message::forWriting;
         return false;
     }
     return true;
@@ -122,7 +123,7 @@ bool PluginInstaller::closeManifest()
 {
     const bool isWritten = bringToDisk(uninstallFile);
     if (!isWritten) {
-        qDebug() << "Could not write manifest to the disk" << uninstallFile.fileName();
+        qDebug() << Message::manifestLost << uninstallFile.fileName();
     }
     uninstallFile.close();
     return isWritten;
@@ -131,7 +132,7 @@ bool PluginInstaller::closeManifest()
 int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nested)
 {
     if (onlyWriteConfig) {
-        qDebug() << "only write config, do not copy files";
+        qDebug() << Message::copyLeftOut;
         return Result::success;
     }
     PlacedFiles placed;
@@ -143,11 +144,11 @@ int PluginInstaller::copyFolder(const QString &src, const QString &dst, bool nes
 int PluginInstaller::copyTree(const QString &src, const QString &dst, Level level,
                               PlacedFiles &placed)
 {
-    if (!isFolder(src)) {
+    if (!isShipped(src)) {
         return Result::sourceMissing;
     }
-    if (!QDir(dst).exists()) {
-        static_cast<void>(QDir().mkpath(dst));
+    if (!isFolder(dst)) {
+        static_cast<void>(makePath(dst));
     }
     // Listed before anything is written: the two folders may be one and the same.
     const QByteArray files = namesIn(src, EntryKind::File);

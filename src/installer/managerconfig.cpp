@@ -4,6 +4,7 @@
 #include "disk/wholefile.h"
 #include "installer/plugininstaller.h"
 #include "literals.h"
+#include "messages.h"
 #include "results.h"
 #include "textfile.h"
 
@@ -20,16 +21,13 @@ bool isUpToDate(const QString &path, const QStringList &lines)
         return present.size() < lines.size();
     });
     if (!isRead) {
-        qDebug() << "cannot read config file, create new";
+        qDebug() << Message::configAbsent;
         return false;
     }
-    while (present.size() < lines.size()) {
-        present << QString();
-    }
-    if (present != lines) {
+    if (!saysAlready(present, lines)) {
         return false;
     }
-    qDebug() << "not necessary to write cfg";
+    qDebug() << Message::configKept;
     return true;
 }
 
@@ -48,6 +46,14 @@ QStringList managerConfigLines(const ManagerConfig &config)
     };
 }
 
+bool saysAlready(QStringList present, const QStringList &lines)
+{
+    while (present.size() < lines.size()) {
+        present << QString();
+    }
+    return present.mid(0, lines.size()) == lines;
+}
+
 QString managerConfigText(const QStringList &lines, LineEnd lineEnd)
 {
     return lines.join(QLatin1String(lineEnd == LineEnd::LineFeed ? "\n" : "\r\n"));
@@ -61,8 +67,7 @@ int PluginInstaller::writeConfig(const QString &path, const QString &version,
     if (isUpToDate(path, lines)) {
         return 0;
     }
-    // The number belongs to the message.
-    qDebug() << "161 write cfg file...";
+    qDebug() << Message::configWritten;
     const LineEnd lineEnd = windowsLineEnds ? LineEnd::CarriageReturnLineFeed : LineEnd::LineFeed;
     const QString text = managerConfigText(lines, lineEnd);
     return writeWhole(path, QIODevice::WriteOnly | QIODevice::Text, toUtf8(text))

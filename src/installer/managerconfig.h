@@ -21,6 +21,10 @@ struct ManagerConfig {
 /// The seven lines of \a config, without line ends.
 QStringList managerConfigLines(const ManagerConfig &config);
 
+/// True when a file with the lines \a present begins with \a lines; a line that it lacks counts as
+/// empty.
+bool saysAlready(QStringList present, const QStringList &lines);
+
 /// What stands between the lines of a manager.cfg.
 enum class LineEnd { LineFeed, CarriageReturnLineFeed };
 

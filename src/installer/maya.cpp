@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "installer/maya.h"
 
+#include "disk/files.h"
 #include "installer/plugininstaller.h"
 #include "installer/scriptedit.h"
 #include "literals.h"
+#include "messages.h"
 #include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
-#include <QFile>
 #include <QTextStream>
 
 namespace {
@@ -67,9 +68,9 @@ int updateUserSetup(const QString &target, const MayaUpdate &update)
     case MayaUpdate::Part::PathLine:
         return rewriteScript(target, update.script);
     case MayaUpdate::Part::Block:
-        return rewriteScript(target, update.script, "Could not open target file2");
+        return rewriteScript(target, update.script, Message::blockNotReplaced);
     case MayaUpdate::Part::Lost:
-        qDebug() << "old positions not found";
+        qDebug() << Message::blockNotFound;
         return Result::scriptNotInstalled;
     }
     return 0;
@@ -78,12 +79,12 @@ int updateUserSetup(const QString &target, const MayaUpdate &update)
 int addToUserSetup(const QString &target, const QString &backup, const QString &templateFile,
                    const QString &pluginFolder)
 {
-    if (!QFile::exists(backup)) {
-        static_cast<void>(QFile::copy(target, backup));
+    if (!fileExists(backup)) {
+        static_cast<void>(copyFile(target, backup));
     }
     QString templateText;
     if (!readWholeText(templateFile, templateText)) {
-        qDebug() << "1635 error " << templateFile;
+        qDebug() << Message::templateNotOpened << templateFile;
         return Result::scriptNotInstalled;
     }
     // Deliberate (maya-nothing-before-block): not even a missing line end is written in front.

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "installer/plugininstaller.h"
 
+#include "disk/files.h"
+#include "disk/otherdisk.h"
 #include "disk/wholefile.h"
 #include "globals.h"
 #include "literals.h"
+#include "messages.h"
 #include "results.h"
 #include "textfile.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QProcess>
 
@@ -21,6 +23,9 @@ constexpr int cpuTypeTimeoutMs = 30000;
 /// Starts \a program, waits for its end, and returns what it wrote to its standard output.
 QByteArray outputOf(const QString &program)
 {
+    if (OtherDisk *const other = OtherDisk::inPlace()) {
+        return other->outputOf(program);
+    }
     auto process = std::make_unique<QProcess>();
     process->start(program, QStringList(), QIODevice::ReadWrite);
     if (process->processId() == -1) {
@@ -49,10 +54,10 @@ PluginInstaller::PluginInstaller(QString appDir, QString user, QString projects,
 
 void PluginInstaller::readCPUinfo()
 {
-    const QString program = QCoreApplication::applicationDirPath() + "/cputype"_l1;
+    const QString program = toolFolder() + "/cputype"_l1;
     cpuType.clear();
     // A start that must fail would cost a run with nothing to do as much as all its other steps.
-    if (!QFile::exists(program)) {
+    if (!fileExists(program)) {
         return;
     }
     cpuType = outputOf(program);
@@ -62,7 +67,7 @@ int PluginInstaller::writeVersionFile(const QString &folder, const QString &vers
 {
     if (!writeWhole(folder + "/version.txt"_l1, QIODevice::WriteOnly | QIODevice::Text,
                     toUtf8(version))) {
-        qDebug() << "error writing version file: " << folder;
+        qDebug() << Message::versionNotWritten << folder;
         return Result::configurationNotWritten;
     }
     return 0;

@@ -2,6 +2,7 @@
 #include "installer/scriptedit.h"
 
 #include "disk/wholefile.h"
+#include "messages.h"
 #include "results.h"
 #include "textfile.h"
 
@@ -52,7 +53,7 @@ int rewriteScript(const QString &path, const QString &text, const char *message)
 int extendScript(const QString &path, const QString &text)
 {
     return writeScript(path, QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text, text,
-                       "Could not open target file");
+                       Message::targetNotOpened);
 }
 
 int extendReadableScript(const QString &path, const QString &text)

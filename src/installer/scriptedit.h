@@ -3,6 +3,8 @@
 
 #include "literals.h"
 
+#include "messages.h"
+
 #include <QLatin1String>
 #include <QString>
 
@@ -37,7 +39,7 @@ ScriptEdit lineUpdate(const QString &text, const QString &oldLine, const QString
 /// Makes \a text, as UTF-8, the content of the file \a path. Returns 0, or 1 when the file cannot
 /// be opened or written, and is as before; that logs \a message and the reason.
 int rewriteScript(const QString &path, const QString &text,
-                  const char *message = "Could not open target file");
+                  const char *message = Message::targetNotOpened);
 
 /// Adds \a text to the file \a path, or makes it. Returns and logs what rewriteScript() does.
 int extendScript(const QString &path, const QString &text);

@@ -1,23 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "uninstaller/pluginuninstaller.h"
 
+#include "disk/files.h"
 #include "disk/standin.h"
 #include "literals.h"
+#include "messages.h"
 #include "results.h"
 #include "textfile.h"
 
 #include <QDebug>
-#include <QFile>
 
 namespace {
 
-int deleteListedFiles(QFile &manifest)
+int deleteListedFiles(QIODevice &manifest)
 {
     int result = 0;
     Utf8Stream stream(&manifest);
     QString line;
     while (readWholeLine(stream, line)) {
-        if (QFile::exists(line) && !QFile::remove(line)) {
+        if (fileExists(line) && !removeFile(line)) {
             result = Result::fileNotDeleted;
         }
     }
@@ -26,7 +27,7 @@ int deleteListedFiles(QFile &manifest)
 
 void deleteFile(const QString &path)
 {
-    if (!QFile::remove(path)) {
+    if (!removeFile(path)) {
         qDebug() << "could not delete " << path;
     }
 }
@@ -40,20 +41,21 @@ PluginUninstaller::PluginUninstaller(QObject *parent)
 
 int PluginUninstaller::uninstallPlugin(const QString &folder)
 {
-    qDebug() << "begin uninstall";
-    QFile manifest(folder + "/uninstall.ini"_l1);
-    if (!manifest.open(QIODevice::ReadOnly)) {
-        qDebug() << "cannot open " << manifest.fileName() << " for reading, ignore";
+    qDebug() << Message::beginUninstall;
+    const QString name = folder + "/uninstall.ini"_l1;
+    auto manifest = openToRead(name, QIODevice::ReadOnly);
+    if (!manifest) {
+        qDebug() << "cannot open " << name << " for reading, ignore";
     }
-    qDebug() << manifest.fileName();
+    qDebug() << name;
     int result = 0;
-    if (manifest.isOpen()) {
-        result = deleteListedFiles(manifest);
-        manifest.close();
+    if (manifest) {
+        result = deleteListedFiles(*manifest);
+        manifest.reset();
     }
     // Deliberate (manifest-always-attempted): also when they are not there, which is logged.
-    deleteFile(manifest.fileName());
+    deleteFile(name);
     deleteFile(folder + "/manager.cfg"_l1);
-    clearUnfinished(manifest.fileName());
+    clearUnfinished(name);
     return result;
 }

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "disk/folderlisting.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QIODevice>
+#include <QList>
+#include <QPair>
+#include <QString>
+
+/// \file
+/// A disk that is only imagined.
+
+/// While one is in place, all that the program would do to the machine goes to it: everything in
+/// src/disk asks it first, and so does the start of a companion program. So a run can be foretold
+/// by the very code that does it. The installer never puts one in place.
+///
+/// Each operation answers for what src/disk promises of the one of the same name.
+class OtherDisk {
+public:
+    OtherDisk() = default;
+    virtual ~OtherDisk() = default;
+    OtherDisk(const OtherDisk &) = delete;
+    OtherDisk &operator=(const OtherDisk &) = delete;
+
+    /// The one in place; null when the real disk is meant.
+    static OtherDisk *inPlace();
+
+    /// While it lives, \a disk is in place.
+    class Guard {
+    public:
+        explicit Guard(OtherDisk &disk);
+        ~Guard();
+        Guard(const Guard &) = delete;
+        Guard &operator=(const Guard &) = delete;
+    };
+
+    /// The folder that the tool is taken to lie in, without a trailing slash.
+    virtual QString toolFolder() const = 0;
+    /// What the program \a program would write to its standard output.
+    virtual QByteArray outputOf(const QString &program) = 0;
+
+    virtual bool exists(const QString &path) = 0;
+    virtual bool isFolder(const QString &path) = 0;
+    virtual bool makePath(const QString &path) = 0;
+    virtual bool removeFile(const QString &path) = 0;
+    virtual bool copyFile(const QString &source, const QString &target) = 0;
+    virtual bool openPlaced(const QString &path) = 0;
+    virtual void visitEntries(const QString &folder, const EntryVisitor &visit) = 0;
+    virtual bool readBytes(const QString &path, QByteArray &bytes) = 0;
+    virtual bool writeWhole(const QString &path, QIODevice::OpenMode mode,
+                            const QByteArray &content) = 0;
+    virtual bool appendTo(const QString &path, const QByteArray &bytes) = 0;
+    virtual void clearUnfinished(const QString &path) = 0;
+    virtual bool openAnew(QFile &file) = 0;
+    virtual bool addTo(QFile &file, const QByteArray &text) = 0;
+    virtual void storeNative(const QString &file, const QList<QPair<QString, QString>> &values) = 0;
+};
