@@ -9,29 +9,34 @@ set(packaging_dir ${CMAKE_CURRENT_LIST_DIR}/packaging)
 
 # --- Packages that carry their libraries ---------------------------------------------------------
 
-# A program of their own, from the same objects: its search path must not get into the .deb, where it
+# Programs of their own, from the same objects: their search path must not get into the .deb, where it
 # would find the libraries of whatever else the manager keeps in its folder.
-add_executable(drask-installer-portable $<TARGET_OBJECTS:drask-installer>)
-target_link_libraries(drask-installer-portable PRIVATE drask_installer_core)
-set_target_properties(drask-installer-portable PROPERTIES
-  OUTPUT_NAME drask-installer
-  LINKER_LANGUAGE CXX
-  RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/portable)
-if(APPLE)
-  set_target_properties(drask-installer-portable PROPERTIES
-    INSTALL_RPATH "@executable_path/lib")
-  # install_name_tool puts long names into the place of short ones.
-  target_link_options(drask-installer-portable PRIVATE -Wl,-headerpad_max_install_names)
-else()
-  set_target_properties(drask-installer-portable PROPERTIES
-    INSTALL_RPATH "$ORIGIN/lib")
-  # Only the older kind of search path holds for what the libraries themselves need.
-  target_link_options(drask-installer-portable PRIVATE -Wl,--disable-new-dtags)
-endif()
+function(drask_add_portable program library)
+  add_executable(${program}-portable $<TARGET_OBJECTS:${program}>)
+  target_link_libraries(${program}-portable PRIVATE ${library})
+  set_target_properties(${program}-portable PROPERTIES
+    OUTPUT_NAME ${program}
+    LINKER_LANGUAGE CXX
+    RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/portable)
+  if(APPLE)
+    set_target_properties(${program}-portable PROPERTIES
+      INSTALL_RPATH "@executable_path/lib")
+    # install_name_tool puts long names into the place of short ones.
+    target_link_options(${program}-portable PRIVATE -Wl,-headerpad_max_install_names)
+  else()
+    set_target_properties(${program}-portable PROPERTIES
+      INSTALL_RPATH "$ORIGIN/lib")
+    # Only the older kind of search path holds for what the libraries themselves need.
+    target_link_options(${program}-portable PRIVATE -Wl,--disable-new-dtags)
+  endif()
+  install(TARGETS ${program}-portable
+    RUNTIME DESTINATION . COMPONENT portable EXCLUDE_FROM_ALL)
+endfunction()
+drask_add_portable(drask-installer drask_installer_core)
+drask_add_portable(drask-status drask_status_core)
 
-install(TARGETS drask-installer-portable
-  RUNTIME DESTINATION . COMPONENT portable EXCLUDE_FROM_ALL)
-install(FILES LICENSE DESTINATION . COMPONENT portable EXCLUDE_FROM_ALL)
+install(FILES LICENSE docs/status.schema.json
+  DESTINATION . COMPONENT portable EXCLUDE_FROM_ALL)
 install(CODE "set(program \"$<TARGET_FILE:drask-installer>\")"
   COMPONENT portable EXCLUDE_FROM_ALL)
 install(SCRIPT ${packaging_dir}/CarryLibraries.cmake COMPONENT portable EXCLUDE_FROM_ALL)
@@ -39,8 +44,14 @@ install(SCRIPT ${packaging_dir}/CarryLibraries.cmake COMPONENT portable EXCLUDE_
 # --- The .deb ------------------------------------------------------------------------------------
 
 set(debian_doc_dir usr/share/doc/${PROJECT_NAME})
-install(TARGETS drask-installer
+install(TARGETS drask-installer drask-status
   RUNTIME DESTINATION opt/drask COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES docs/status.schema.json DESTINATION usr/share/${PROJECT_NAME}
+  COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES completions/drask-status.bash DESTINATION usr/share/bash-completion/completions
+  RENAME drask-status COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES completions/_drask-status DESTINATION usr/share/zsh/vendor-completions
+  COMPONENT debian EXCLUDE_FROM_ALL)
 install(FILES LICENSE DESTINATION ${debian_doc_dir} RENAME copyright
   COMPONENT debian EXCLUDE_FROM_ALL)
 install(FILES ${packaging_dir}/lintian-overrides DESTINATION usr/share/lintian/overrides

@@ -45,7 +45,7 @@ check_links() {
     done
     # What pages link to besides pages.
     cp -R LICENSE scripts "$site"
-    cp docs/*.svg "$site/docs"
+    cp docs/*.svg docs/*.json "$site/docs"
     echo "[AnchorCheck]" >"$site/settings"
     # Started by root, it works as another user. It looks at nothing outside the folder.
     chmod -R a+rX "$site"
@@ -55,7 +55,7 @@ check_links() {
 
 check_manual() {
     local output
-    output=$(mandoc -T lint -W warning docs/drask-installer.1 2>&1) || complain "$output"
+    output=$(mandoc -T lint -W warning docs/*.1 2>&1) || complain "$output"
 }
 
 check_error_file

@@ -20,7 +20,7 @@ brew_qt() { [ "${DRASK_QT-}" = 5 ] && echo qt@5 || echo qtbase; }
 debian_packages() {
     case $1 in
         build) echo "g++ cmake ninja-build $(debian_qt)" ;;
-        test) echo "ccache lld strace util-linux mount" ;;
+        test) echo "ccache lld strace util-linux mount python3-jsonschema" ;;
         lint) echo "clang-format clang-tidy clazy cppcheck shellcheck yamllint" ;;
         memory) echo "valgrind" ;;
         coverage) echo "gcovr" ;;

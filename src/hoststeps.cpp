@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "hoststeps.h"
 
+#include "disk/files.h"
 #include "disk/standin.h"
 #include "installer/maya.h"
-#include "disk/files.h"
 #include "installer/plugininstaller.h"
 #include "literals.h"
 #include "logging.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "installpass.h"
 
-#include "disk/standin.h"
 #include "disk/files.h"
+#include "disk/standin.h"
 #include "globals.h"
 #include "hoststeps.h"
 #include "installer/plugininstaller.h"

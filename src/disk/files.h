@@ -56,6 +56,7 @@ public:
     NativeSettings(const NativeSettings &) = delete;
     NativeSettings &operator=(const NativeSettings &) = delete;
 
+    /// Gives \a key the value \a value.
     void set(const QString &key, const QString &value);
 
 private:

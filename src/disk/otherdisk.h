@@ -31,6 +31,7 @@ public:
     /// While it lives, \a disk is in place.
     class Guard {
     public:
+        /// Puts \a disk in place.
         explicit Guard(OtherDisk &disk);
         ~Guard();
         Guard(const Guard &) = delete;
@@ -42,19 +43,34 @@ public:
     /// What the program \a program would write to its standard output.
     virtual QByteArray outputOf(const QString &program) = 0;
 
+    /// fileExists()
     virtual bool exists(const QString &path) = 0;
+    /// isFolder() of files.h
     virtual bool isFolder(const QString &path) = 0;
+    /// makePath() of files.h
     virtual bool makePath(const QString &path) = 0;
+    /// removeFile() of files.h
     virtual bool removeFile(const QString &path) = 0;
+    /// copyFile() of files.h, and FileCopier
     virtual bool copyFile(const QString &source, const QString &target) = 0;
+    /// PlacedFiles::open()
     virtual bool openPlaced(const QString &path) = 0;
+    /// visitFolder()
     virtual void visitEntries(const QString &folder, const EntryVisitor &visit) = 0;
+    /// openToRead(): \a bytes becomes all that the file holds. Returns false if it cannot be
+    /// opened.
     virtual bool readBytes(const QString &path, QByteArray &bytes) = 0;
+    /// writeWhole() of wholefile.h
     virtual bool writeWhole(const QString &path, QIODevice::OpenMode mode,
                             const QByteArray &content) = 0;
+    /// appendToFile()
     virtual bool appendTo(const QString &path, const QByteArray &bytes) = 0;
+    /// clearUnfinished() of standin.h
     virtual void clearUnfinished(const QString &path) = 0;
+    /// openAnew() of files.h
     virtual bool openAnew(QFile &file) = 0;
+    /// addTo() of files.h
     virtual bool addTo(QFile &file, const QByteArray &text) = 0;
+    /// NativeSettings: \a values are the keys and what they are set to.
     virtual void storeNative(const QString &file, const QList<QPair<QString, QString>> &values) = 0;
 };

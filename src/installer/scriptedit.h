@@ -2,7 +2,6 @@
 #pragma once
 
 #include "literals.h"
-
 #include "messages.h"
 
 #include <QLatin1String>

@@ -35,11 +35,16 @@ field() {
 @test "the package holds the program and its documents" {
     same "what the package holds" "$(below "$contents")" "\
 opt/drask/drask-installer
+opt/drask/drask-status
+usr/share/bash-completion/completions/drask-status
 usr/share/doc/drask-installer/changelog.Debian.gz
 usr/share/doc/drask-installer/changelog.gz
 usr/share/doc/drask-installer/copyright
+usr/share/drask-installer/status.schema.json
 usr/share/lintian/overrides/drask-installer
-usr/share/man/man1/drask-installer.1.gz"
+usr/share/man/man1/drask-installer.1.gz
+usr/share/man/man1/drask-status.1.gz
+usr/share/zsh/vendor-completions/_drask-status"
     cmp "$documents/copyright" "$repository/LICENSE"
     zcat "$documents/changelog.gz" | cmp - "$repository/CHANGELOG.md"
     zcat "$documents/changelog.Debian.gz" >"$contents/changelog"

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "status/foretolddisk.h"
+
+#include "status/filelook.h"
+
+#include <QFileInfo>
+
+Change ForetoldDisk::changeAt(const QString &path, const Node &node) const
+{
+    const EntryFacts before = factsOf(QFile::encodeName(path));
+    if (node.type == EntryType::Nothing) {
+        return {path, Action::Remove, before.type != EntryType::Nothing};
+    }
+    if (before.type == EntryType::Nothing) {
+        return {path, node.type == EntryType::Folder ? Action::MakeFolder : Action::Make, true};
+    }
+    bool isSame = before.type == node.type && before.mode == node.mode;
+    if (isSame && node.origin.isEmpty()) {
+        QFile file(path);
+        isSame = file.open(QIODevice::ReadOnly) && file.readAll() == node.bytes;
+    } else if (isSame && node.origin != path) {
+        isSame = QFileInfo(path).size() == QFileInfo(node.origin).size()
+            && compareFiles(path, node.origin) == Sameness::Same;
+    }
+    return {path, Action::Replace, !isSame};
+}
+
+QList<Change> ForetoldDisk::changes() const
+{
+    QList<Change> all;
+    for (const QString &path : order) {
+        const Change change = changeAt(path, *nodes.value(path));
+        if (change.action != Action::Remove || change.differs) {
+            all.append(change);
+        }
+    }
+    return all;
+}

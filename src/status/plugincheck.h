@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "hostcatalogue.h"
+#include "status/answer.h"
+
+#include <QStringList>
+
+/// \file
+/// Whether the files of an installed plug-in are those that were shipped.
+
+/// The files of the plug-in in the folder \a source that an installation copies: with their
+/// subfolders, relative to \a source.
+QStringList shippedFiles(const QString &source);
+
+/// How closely files are looked at.
+enum class Look {
+    Outside, ///< whether they are there and not empty
+    Inside,  ///< byte by byte
+};
+
+/// What is wrong with the files of the plug-in of \a target: those that its manifest lists and,
+/// where the version that is there is the shipped one, those in the shipped folder.
+QList<Problem> checkPluginFiles(const PluginPathStruct &target, Look look);

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "status/commands.h"
+
+#include "disk/standin.h"
+#include "globals.h"
+#include "installer/managerconfig.h"
+#include "literals.h"
+#include "status/filelook.h"
+#include "status/plugincheck.h"
+#include "status/setup.h"
+#include "status/startupcheck.h"
+#include "textfile.h"
+
+#include <QDir>
+#include <QSet>
+
+namespace {
+
+/// Appends what is wrong with a file that cannot be read as \a file, of which \a unreadable is the
+/// kind. Returns its text, or nothing where there is no file; \a isReadable says which.
+FileText readIfThere(const QString &file, bool &isReadable)
+{
+    const Found found = lookAt(file);
+    isReadable = found == Found::File || found == Found::Nothing;
+    return found == Found::File ? FileText(readText(file)) : FileText();
+}
+
+QList<Problem> checkConfig(const QString &target, const Setup &setup)
+{
+    const QString file = target + "/manager.cfg"_l1;
+    bool isReadable = false;
+    const FileText text = readIfThere(file, isReadable);
+    if (!isReadable) {
+        return {{Kind::ConfigUnreadable, file, QStringLiteral("manager.cfg cannot be read.")}};
+    }
+    if (!text) {
+        return {{Kind::ConfigMissing, file, QStringLiteral("manager.cfg is missing.")}};
+    }
+    QStringList lines = managerConfigLines({setup.user, setup.projects, setup.folder,
+                                            installerVersion, QByteArray(), setup.copyTexFiles});
+    constexpr int cpuTypeLine = 4;
+    // What cputype would say cannot be known without starting it.
+    if (lookAt(setup.folder + "/cputype"_l1) != Found::Nothing) {
+        lines[cpuTypeLine] = text->split(QLatin1Char('\n')).value(cpuTypeLine);
+    }
+    if (!saysAlready(text->split(QLatin1Char('\n')), lines)) {
+        return {{Kind::ConfigDiffers, file,
+                 QStringLiteral("manager.cfg is not what the settings ask for.")}};
+    }
+    return {};
+}
+
+QList<Problem> checkStartUp(const PluginPathStruct &target)
+{
+    bool isReadable = false;
+    if (target.applicationName == "maya"_l1) {
+        const QString file = target.targetFolder() + "/../userSetup.py"_l1;
+        const FileText text = readIfThere(file, isReadable);
+        return isReadable ? checkUserSetup(text, file, target.targetFolder())
+                          : QList<Problem>{{Kind::UserSetupUnreadable, file,
+                                            QStringLiteral("userSetup.py cannot be read.")}};
+    }
+    if (target.applicationName == "houdini"_l1) {
+        const QString file = target.path + "/houdini.env"_l1;
+        const FileText text = readIfThere(file, isReadable);
+        return isReadable ? checkHoudiniEnv(text, file)
+                          : QList<Problem>{{Kind::HoudiniEnvUnreadable, file,
+                                            QStringLiteral("houdini.env cannot be read.")}};
+    }
+    return {};
+}
+
+/// Unfinished files of runs that were cut off, in \a folder alone.
+QList<Problem> findLeftOvers(const QString &folder)
+{
+    QList<Problem> problems;
+    const QStringList names = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+    for (const QString &name : names) {
+        if (name.startsWith(unfinishedStem) || name.startsWith("qt_temp."_l1)) {
+            problems.append({Kind::LeftOver, folder + QLatin1Char('/') + name,
+                             QStringLiteral("A run that was cut off left this file.")});
+        }
+    }
+    return problems;
+}
+
+/// The same in every folder in which a run writes for \a target.
+QList<Problem> findAllLeftOvers(const PluginPathStruct &target)
+{
+    const QString folder = target.targetFolder();
+    QSet<QString> folders{folder};
+    if (target.applicationName == "maya"_l1) {
+        folders.insert(folder + "/.."_l1);
+    } else if (target.applicationName == "houdini"_l1) {
+        folders.insert(target.path);
+    }
+    const QStringList names = shippedFiles(target.sourceFolder);
+    for (const QString &name : names) {
+        const auto slash = name.lastIndexOf(QLatin1Char('/'));
+        if (slash > 0) {
+            folders.insert(folder + QLatin1Char('/') + name.left(slash));
+        }
+    }
+    QList<Problem> problems;
+    for (const QString &each : qAsConst(folders)) {
+        problems += findLeftOvers(each);
+    }
+    return problems;
+}
+
+bool nothingIsThere(const QString &target)
+{
+    for (const QLatin1String name : {"/uninstall.ini"_l1, "/version.txt"_l1, "/manager.cfg"_l1}) {
+        if (lookAt(target + name) != Found::Nothing) {
+            return false;
+        }
+    }
+    return true;
+}
+
+State stateOf(const QList<Problem> &problems)
+{
+    switch (heaviest(problems)) {
+    case Gravity::Fails:
+        return State::Damaged;
+    case Gravity::Unknown:
+        return State::Unknown;
+    case Gravity::Look:
+        return State::OtherVersion;
+    case Gravity::Note:
+        break;
+    }
+    return State::Whole;
+}
+
+HostAnswer checkTarget(const PluginPathStruct &target, const Setup &setup)
+{
+    HostAnswer host = describe(target);
+    if (!target.path.contains(QLatin1Char('/'))) {
+        host.state = State::Skipped;
+        host.problems.append(
+            {Kind::PathWithoutSlash, target.path,
+             QStringLiteral("The folder has no slash; every run passes over it.")});
+        return host;
+    }
+    if (target.sourceFolder.isEmpty()) {
+        host.problems.append({Kind::UnknownHost, host.target,
+                              QStringLiteral("The installer does not know this host.")});
+    } else if (nothingIsThere(host.target)) {
+        host.state = State::NotInstalled;
+        host.problems.append(
+            {Kind::NotInstalled, host.target, QStringLiteral("The plug-in is not installed.")});
+        return host;
+    } else {
+        host.problems = checkPluginFiles(target, Look::Inside) + checkConfig(host.target, setup)
+            + checkStartUp(target) + findAllLeftOvers(target);
+    }
+    if (setup.sharedFolders.contains(host.target)) {
+        host.problems.append({Kind::SharedFolder, host.target,
+                              QStringLiteral("Two hosts have their plug-in in this folder.")});
+    }
+    if (host.installed != host.wanted) {
+        host.problems.append({Kind::OtherVersion, host.target,
+                              QStringLiteral("The version is not the one that is wanted.")});
+    }
+    host.state = stateOf(host.problems);
+    return host;
+}
+
+} // namespace
+
+Answer verify(const Options &options, const Progress &progress)
+{
+    const Setup setup = readSetup(options);
+    Answer answer = emptyAnswer(options);
+    answer.problems = setup.problems;
+    int done = 0;
+    for (const PluginPathStruct &target : setup.targets) {
+        progress(done++, static_cast<int>(setup.targets.size()), target.applicationName);
+        if (options.wants(target.applicationName)) {
+            answer.hosts.append(checkTarget(target, setup));
+        }
+    }
+    progress(done, done, QString());
+    return answer;
+}
