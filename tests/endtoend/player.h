@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "localecodec.h"
 #include "scenario.h"
 #include "smalldisk.h"
 #include "workstation.h"
@@ -39,7 +40,8 @@ public:
         vocabulary.values = row;
         vocabulary.values["version"] = DRASK_VERSION;
         vocabulary.sandbox = workstation.path();
-        vocabulary.values["registered"] = workstation.path().replace(QChar(0xe9), "\\\\xe9");
+        vocabulary.values["registered"] = inStoreOfSettings(workstation.path())
+                                              .replace('\\', "\\\\");
     }
     ~Player();
     Player(const Player &) = delete;

@@ -181,7 +181,8 @@ inline QByteArray contentOf(const QStringList &lines)
 /// The lines of a text; where the last one has no end, it gets a backslash.
 inline QStringList linesOf(const QByteArray &content)
 {
-    const QString text = QString::fromUtf8(content);
+    // By its size: as a whole, Qt 5 reads to the first zero byte.
+    const QString text = QString::fromUtf8(content.constData(), content.size());
     return text.isEmpty() ? QStringList()
                           : (text.endsWith('\n') ? text.chopped(1) : text + '\\').split('\n');
 }

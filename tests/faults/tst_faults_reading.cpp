@@ -27,7 +27,7 @@ QByteArray manifestThatBreaksBehind(const QByteArray &keep)
 {
     QByteArray manifest;
     const QByteArray filler = keep + ".not there ";
-    const auto missing = pieceSize - keep.size();
+    const int missing = pieceSize - static_cast<int>(keep.size());
     while (manifest.size() + 2 * filler.size() < missing) {
         manifest += filler + '\n';
     }
@@ -66,7 +66,7 @@ void tst_Faults_Reading::halfANameInAManifestIsNotDeleted()
     QStringList fates;
     do {
         prepare();
-        options.through = tracer.disturb(badSector, fates.size() + 1);
+        options.through = tracer.disturb(badSector, static_cast<int>(fates.size()) + 1);
         VERIFY_RUN(workstation.run(words, options), 0);
         QCOMPARE(workstation.read(keep), QByteArray("the user's"));
         fates << (workstation.exists(keep + ".plugin") ? "spared" : "deleted");

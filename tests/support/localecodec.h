@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 #if QT_VERSION_MAJOR < 6
 #include <QTextCodec>
@@ -43,6 +43,13 @@ private:
     QTextCodec *before;
 #endif
 };
+
+/// \a text as a settings store that is a file has it, where its only letter beyond ASCII is the
+/// "\u00e9" of a sandbox: escaped with Qt 5, UTF-8 with Qt 6.
+inline QString inStoreOfSettings(QString text)
+{
+    return QT_VERSION_MAJOR < 6 ? text.replace(QChar(0xe9), "\\xe9") : text;
+}
 
 } // namespace test
 

@@ -2,6 +2,7 @@
 #include "hoststeps.h"
 
 #include "hostsetup.h"
+#include "localecodec.h"
 #include "loggedsandbox.h"
 #include "unitcase.h"
 
@@ -12,11 +13,9 @@ namespace {
 const char machineStore[] = "HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\5.0x64\\Plug-ins";
 const char userStore[] = "HKEY_CURRENT_USER\\Software\\McNeel\\Rhinoceros\\5.0x64\\Plug-ins";
 
-/// What a settings store without a codec of its own writes: letters beyond ASCII are escaped.
 QByteArray registration(const QString &target)
 {
-    QByteArray file = (target + "/Drask.rhp").toUtf8();
-    file.replace("\xc3\xa9", "\\xe9");
+    const QByteArray file = test::inStoreOfSettings(target + "/Drask.rhp").toUtf8();
     return "[5f0c2a71-9e3d-4b68-a2c4-7d81e6b39f20]\nFileName=" + file + "\nName=Drask\n";
 }
 

@@ -72,6 +72,17 @@ private slots:
         QVERIFY(folder.isAged("settings.ini"));
     }
 
+    /// Listed in behaviour.md: what cannot be bridged.
+    void unfinishedLetterAtTheEndDependsOnTheQt()
+    {
+        const test::ProgramFolder folder;
+        folder.write("settings.ini", "[UserData]\nusername=Ann\xc3\nother=\xc3 Ann\n");
+        const ManagerSettings settings;
+        QCOMPARE(settings.value("UserData/username").toString(),
+                 QT_VERSION_MAJOR < 6 ? QStringLiteral("Ann\ufffd") : "Ann");
+        QCOMPARE(settings.value("UserData/other").toString(), QStringLiteral("\ufffd Ann"));
+    }
+
     void unusableFileReadsAsEmpty_data()
     {
         const test::Table<QByteArray> table("content");
