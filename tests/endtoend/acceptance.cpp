@@ -6,83 +6,70 @@
 
 namespace test {
 
+namespace {
+
+QString nameOf(const QString &path)
+{
+    return QString(path).replace('\\', "\\\\").replace('\n', "\\n");
+}
+
+} // namespace
+
 /// The lines that tell how \a after differs from \a before.
 QStringList Player::changesBetween(const Tree &before, const Tree &after) const
 {
     QStringList lines;
-    for (auto entry = before.cbegin(); entry != before.cend(); ++entry) {
-        QString name = QString(entry.key()).replace('\\', "\\\\").replace('\n', "\\n");
-        name.replace(QRegularExpression("@$"), " ->");
-        lines << (after.contains(entry.key()) ? QString() : "- " + name);
+    for (const QString &path : before.keys()) {
+        if (!after.contains(path)) {
+            lines << "- " + nameOf(path).replace(QRegularExpression("@$"), " ->");
+        }
     }
     for (auto entry = after.cbegin(); entry != after.cend(); ++entry) {
         const auto next = std::next(entry);
-        const bool holdsMore = next != after.cend() && entry.key().endsWith('/')
+        const bool holdsMore = entry.key().endsWith('/') && next != after.cend()
             && next.key().startsWith(entry.key());
-        if (holdsMore
-            || withSortedManifests(before).value(entry.key(), "no such file") == entry.value()) {
+        if (holdsMore || before.value(entry.key(), "no such file") == entry.value()) {
             continue;
         }
-        const QString source = entry->isEmpty() ? QString() : before.key(*entry);
-        QString text = QString::fromUtf8(*entry).replace('\\', "\\\\").replace('\r', "\\r");
-        text.replace(DRASK_VERSION, "@version@")
-            .replace(vocabulary.values["registered"], "@registered@");
-        lines << (before.contains(entry.key()) ? "* " : "+ ")
-                + QString(entry.key()).replace('\\', "\\\\").replace('\n', "\\n");
+        const QString text = QString::fromUtf8(*entry).replace('\\', "\\\\").replace('\r', "\\r");
+        const QStringList block = vocabulary.folded(linesOf(text.toUtf8()), {});
+        lines << (before.contains(entry.key()) ? "* " : "+ ") + nameOf(entry.key());
         if (entry.key().endsWith('@')) {
-            lines.last().replace(QRegularExpression("@$"), " -> " + text);
-        } else if (!source.isEmpty()) {
-            lines.last() += " = " + source;
-        } else if (text.count('\n') < 2 && !text.isEmpty()) {
-            lines.last() += " : " + text.replace('\n', "\\n");
+            lines.last() = lines.last().chopped(1) + " -> " + text;
+        } else if (!entry->isEmpty() && !before.key(*entry).isEmpty()) {
+            lines.last() += " = " + before.key(*entry);
+        } else if (block.size() == 1) {
+            const QString only = block.first();
+            lines.last() += " : "
+                + (only.startsWith('<')      ? only
+                       : text.endsWith('\n') ? only + "\\n"
+                                             : only.chopped(1));
         } else {
-            const QStringList content = linesOf(text.toUtf8());
-            const QString block = vocabulary.folded(content).join('\n');
-            lines.last() += block.startsWith('<') ? " : " + block : QString();
-            lines += block.startsWith('<')
-                ? QStringList()
-                : QStringList(content).replaceInStrings(QRegularExpression("^"), "| ");
+            lines += QStringList(block).replaceInStrings(QRegularExpression("^"), "| ");
         }
     }
-    lines.removeAll(QString());
     return lines;
 }
 
-/// Puts what a run gave into the scenario, all but the lines that are given by hand.
-void Player::accept(const Run &run, const QStringList &log, const QStringList &errors,
-                    const QStringList &changes)
+/// Puts what a run gave into the scenario where it is not what is told, all but the lines that are
+/// given by hand.
+void Player::accept(const Run &run, const QMap<QString, QStringList> &given,
+                    const QMap<QString, QString> &wrong)
 {
-    const auto write = [this](const Section *section, const QString &header, QStringList lines,
-                              const Section *above) {
-        if (section == nullptr && !lines.isEmpty()) {
-            accepted[above->place].lines += QStringList(header) + vocabulary.folded(lines);
-        } else if (section != nullptr) {
-            const QStringList byHand = section->lines.filter(QRegularExpression("^! "));
-            for (const QString &line : byHand.filter(QRegularExpression("^! [^<]"))) {
-                const auto place = lines.indexOf(vocabulary.expanded(line.mid(2)));
-                lines.insert(qMax(0, int(place)), line);
-                lines.removeOne(vocabulary.expanded(line.mid(2)));
-            }
-            lines = vocabulary.folded(lines);
-            for (const QString &line : byHand.filter(QRegularExpression("^! <"))) {
-                const auto place = lines.indexOf(line.mid(2));
-                lines.insert(qMax(0, int(place)), line);
-                lines.removeOne(line.mid(2));
-            }
-            accepted[section->place].lines = lines;
+    const bool isOther = wrong
+        != QMap<QString, QString>{{"run", ""}, {"errors", ""}, {"changes", ""}};
+    for (const QString &kind : isOther ? QStringList{"run", "errors", "changes"} : QStringList()) {
+        Section &section = accepted[run.places.value(kind, run.last)];
+        const bool isTold = run.places.contains(kind);
+        const QStringList lines = vocabulary.folded(given[kind],
+                                                    isTold ? section.lines : QStringList());
+        if (isTold && (!wrong[kind].isEmpty() || section.lines.isEmpty())) {
+            section.header.remove(QRegularExpression("(?<=again): \\w+"));
+            section.lines = lines;
+        } else if (!isTold && !given[kind].isEmpty()) {
+            section.lines << (kind == "run" ? "-- again --" : "-- " + kind + " --") << lines;
         }
-    };
-    const bool isNew = run.last != nullptr;
-    if (isNew && log == logOfRunBefore && changes.isEmpty()) {
-        return;
     }
-    logOfRunBefore = log;
-    const Section *last = isNew ? run.last : run.log;
-    write(isNew ? nullptr : run.log, "-- again --", log, last);
-    write(isNew ? nullptr : run.errors, "-- errors --", errors, last);
-    last = isNew || run.errors == nullptr ? last : run.errors;
-    write(isNew ? nullptr : run.changes, "-- changes --", changes, last);
-
     QStringList lines;
     for (const Section &section : std::as_const(accepted)) {
         lines += QStringList(section.header) + section.lines;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "localecodec.h"
 #include "scenario.h"
 #include "smalldisk.h"
 #include "workstation.h"
@@ -13,36 +12,22 @@ namespace test {
 /// Whether a run is held against what is told of it, or told anew.
 enum class Purpose { Hold, Accept };
 
-/// A manifest has the order in which the file system lists a folder: here, its lines are sorted.
-Tree withSortedManifests(Tree tree);
-
-/// How the program is started, and what is told of it; null where nothing is.
+/// How the program is started, and the lines of what is told of it: "run" (the log), "errors",
+/// "changes".
 struct Run {
-    const Section *log = nullptr;
-    const Section *errors = nullptr;
-    const Section *changes = nullptr;
-    const Section *last = nullptr; ///< where a second run that is not told would be
     QString from = "tool";
     QStringList words;
     int code = 0;
     bool asNobody = false;
+    QMap<QString, QStringList> told;
+    QMap<QString, int> places; ///< of what is told, in the file
+    int last = 0;              ///< the place where more would be told
 };
 
 /// Plays a scenario on a workstation of its own.
 class Player {
 public:
-    Player(const QString &path, const Values &valuesOfTheRow, Purpose whatFor)
-        : file(path)
-        , row(valuesOfTheRow)
-        , purpose(whatFor)
-        , accepted(readSections(path))
-    {
-        vocabulary.values = row;
-        vocabulary.values["version"] = DRASK_VERSION;
-        vocabulary.sandbox = workstation.path();
-        vocabulary.values["registered"] = inStoreOfSettings(workstation.path())
-                                              .replace('\\', "\\\\");
-    }
+    Player(const QString &path, const Values &valuesOfTheRow, Purpose whatFor);
     ~Player();
     Player(const Player &) = delete;
     Player &operator=(const Player &) = delete;
@@ -54,27 +39,31 @@ public:
     QString skipped; ///< why this machine cannot play the scenario
 
 private:
+    /// What a run finds, or leaves.
+    struct Left {
+        Tree tree;
+        QByteArray log;
+        QByteArray errors;
+    };
+
     void make(const Section &section);
+    void writeSettings(const QStringList &lines);
     void give(const QString &path, const QString &attribute);
     int playRuns(const Sections &sections, int at);
-    void readHeader(Run &run, const QString &text) const;
+    void tell(QVector<Run> &runs, const Section &section, int place) const;
+    Run readHeader(const QString &text) const;
     RunResult start(const Run &run) const;
+    Left look(bool withLogs) const;
     void hold(const Run &run);
-    QStringList writtenForNothing(const Tree &before, const Tree &after);
-    QStringList change(Tree &tree, const QStringList &lines) const;
+    QStringList complaints(const Run &run, const RunResult &result, const Left &before,
+                           const Left &after);
     QStringList changesBetween(const Tree &before, const Tree &after) const;
-    void accept(const Run &run, const QStringList &log, const QStringList &errors,
-                const QStringList &changes);
+    QString change(Tree &tree, const QStringList &lines) const;
+    void accept(const Run &run, const QMap<QString, QStringList> &given,
+                const QMap<QString, QString> &wrong);
     QString name(const QString &text) const
     {
         return QString::fromUtf8(unescaped(vocabulary.expanded(text)));
-    }
-    QStringList told(const Section *section) const
-    {
-        QStringList lines = section == nullptr ? QStringList() : section->lines;
-        lines = vocabulary.expanded(lines);
-        lines.removeAll(QString());
-        return lines;
     }
 
     QString file;
@@ -87,7 +76,6 @@ private:
     QString shellLine;
     QStringList aged;
     QStringList restricted;
-    QStringList logOfRunBefore;
 };
 
 } // namespace test

@@ -5,7 +5,6 @@
 #include <QMap>
 #include <QRegularExpression>
 #include <QStringList>
-#include <QStringView>
 #include <QVector>
 
 #include <utility>
@@ -21,9 +20,9 @@ struct Section {
     QString kind; ///< "file"
     QString text; ///< "own.txt"
     QStringList lines;
-    int place; ///< in the file
 };
 using Sections = QVector<Section>;
+using Values = QMap<QString, QString>;
 
 /// Cuts the file \a path into its sections; the remarks at its top are the first of them.
 inline Sections readSections(const QString &path)
@@ -33,24 +32,17 @@ inline Sections readSections(const QString &path)
     if (!file.open(QIODevice::ReadOnly)) {
         qFatal("%s cannot be read", qPrintable(path));
     }
-    Sections sections{{QString(), "remark", QString(), {}, 0}};
-    const QStringList lines = QString::fromUtf8(file.readAll()).chopped(1).split('\n');
-    for (const QString &line : lines) {
+    Sections sections{{QString(), "remark", QString(), {}}};
+    for (const QString &line : QString::fromUtf8(file.readAll()).chopped(1).split('\n')) {
         const QRegularExpressionMatch header = headerForm.match(line);
         if (header.hasMatch()) {
-            sections.append({line,
-                             header.captured(1),
-                             header.captured(2),
-                             {},
-                             static_cast<int>(sections.size())});
+            sections.append({line, header.captured(1), header.captured(2), {}});
         } else {
             sections.last().lines << line;
         }
     }
     return sections;
 }
-
-using Values = QMap<QString, QString>;
 
 /// The rows of a scenario's table, as values of its columns; one without any where there is none.
 inline QVector<Values> rowsOf(const Sections &sections)
@@ -68,18 +60,6 @@ inline QVector<Values> rowsOf(const Sections &sections)
     return rows.isEmpty() ? QVector<Values>(1) : rows;
 }
 
-/// Puts "TEXT" four times where \a text says "@(TEXT*4)@".
-inline QString repeated(QString text)
-{
-    static const QRegularExpression form(R"(@\((.*?)\*(\d+)\)@)");
-    QRegularExpressionMatch place;
-    while ((place = form.match(text)).hasMatch()) {
-        text.replace(place.capturedStart(), place.capturedLength(),
-                     place.captured(1).repeated(place.captured(2).toInt()));
-    }
-    return text;
-}
-
 /// What texts may name: values ("@name@"), blocks of lines ("<name>") and the sandbox ("@").
 struct Vocabulary {
     Values values;
@@ -94,7 +74,7 @@ struct Vocabulary {
         for (auto places = form.globalMatch(text); places.hasNext();) {
             const QRegularExpressionMatch place = places.next();
             const QString name = place.captured(3);
-            result += QStringView(text).mid(end, place.capturedStart() - end).toString();
+            result += text.mid(end, place.capturedStart() - end);
             end = place.capturedEnd();
             if (!place.captured(2).isEmpty()) {
                 result += expanded(place.captured(1)).repeated(place.captured(2).toInt());
@@ -114,13 +94,16 @@ struct Vocabulary {
         for (const QString &marked : lines) {
             const QString line = marked.startsWith("! ") ? marked.mid(2) : marked;
             const QString inner = line.mid(1, line.size() - 2);
+            const QString text = inner.section(": ", 1);
             const QString block = inner.section(": ", 0, 0);
             if (line == '<' + inner + '>' && blocks.contains(block)) {
                 Vocabulary with = *this;
-                with.values["it"] = expanded(inner.section(": ", 1));
+                with.values["it"] = expanded(text);
+                with.values["word"] = text.section(' ', 0, 0);
+                with.values["rest"] = expanded(text.section(' ', 1));
                 result += with.expanded(blocks.value(block));
             } else if (line == '@' + inner + '@' && values.contains(inner)) {
-                result += expanded(repeated(values.value(inner)).split("\\n"));
+                result += expanded(expanded(values.value(inner)).split("\\n"));
             } else {
                 result << expanded(line).replace("\\x20", " ");
             }
@@ -128,28 +111,35 @@ struct Vocabulary {
         return result;
     }
 
-    /// The reverse, for lines that a run gave.
-    QStringList folded(const QStringList &lines) const
+    /// The reverse, for lines that a run gave; \a before are those that stood in their place, whose
+    /// spelling stays where it can.
+    QStringList folded(const QStringList &lines, const QStringList &before) const
     {
-        QString text = '\n' + lines.join('\n').replace(sandbox, "@") + '\n';
-        // The longest go first, since they are made of others.
+        QString text = '\n' + lines.join('\n') + '\n';
+        QStringList lost;
+        for (const QString &line : before) {
+            const QString meant = '\n' + expanded(QStringList(line)).join('\n') + '\n';
+            const auto place = text.indexOf(meant);
+            if (place >= 0) {
+                text.replace(place, meant.size(), '\n' + line + '\n');
+            } else if (line.startsWith("! ")) {
+                lost << line;
+            }
+        }
+        // The longest block goes first, since it is made of others.
         QMultiMap<int, QString> names;
-        for (auto block = blocks.cbegin(); block != blocks.cend(); ++block) {
-            names.insert(-int(expanded(block.value()).join('\n').size()), block.key());
+        for (const QString &name : blocks.keys()) {
+            names.insert(-int(expanded(blocks.value(name)).join('\n').size()), name);
         }
-        Vocabulary with = *this;
-        with.values["it"] = "\x01";
         for (const QString &name : std::as_const(names)) {
-            QString meant = with.expanded(blocks.value(name)).join('\n').replace(sandbox, "@");
-            meant = QRegularExpression::escape(meant.replace(values["version"], "@version@"));
-            const bool hasPlace = meant.contains("\\\x01");
-            const auto place = meant.indexOf("\\\x01");
-            meant.replace(qMax(0, int(place)), hasPlace ? 2 : 0, hasPlace ? "(.+)" : "");
-            text.replace(QRegularExpression('\n' + meant.replace("\\\x01", "\\1") + "(?=\n)"),
-                         "\n<" + name + (hasPlace ? ": \\1>" : ">"));
+            const QString meant = '\n' + expanded(blocks.value(name)).join('\n') + '\n';
+            while (text.contains(meant)) {
+                text.replace(meant, "\n<" + name + ">\n");
+            }
         }
-        text.replace(" \n", "\\x20\n");
-        return lines.isEmpty() ? lines : text.mid(1).chopped(1).split('\n');
+        text.replace(values["registered"], "@registered@").replace(values["version"], "@version@");
+        text.replace(sandbox, "@").replace(" \n", "\\x20\n");
+        return lines.isEmpty() ? lost : lost + text.mid(1).chopped(1).split('\n');
     }
 };
 
@@ -185,26 +175,6 @@ inline QStringList linesOf(const QByteArray &content)
     const QString text = QString::fromUtf8(content.constData(), content.size());
     return text.isEmpty() ? QStringList()
                           : (text.endsWith('\n') ? text.chopped(1) : text + '\\').split('\n');
-}
-
-/// The lines in which two texts differ; those that are expected with a "~ " may stand
-/// anywhere, more than once.
-inline QString differenceOf(QStringList expected, QStringList actual)
-{
-    const QStringList loose = expected.filter(QRegularExpression("^~ "));
-    QString lines;
-    for (const QString &line : loose) {
-        expected.removeOne(line);
-        lines += actual.removeAll(line.mid(2)) > 0 ? QString() : "- " + line + '\n';
-    }
-    const bool isOther = expected != actual;
-    for (const QString &line : QStringList(expected)) {
-        lines += actual.removeOne(line) ? QString() : "- " + line + '\n';
-    }
-    for (const QString &line : std::as_const(actual)) {
-        lines += "+ " + line + '\n';
-    }
-    return lines.isEmpty() && isOther ? "the same lines in another order" : lines;
 }
 
 } // namespace test
