@@ -135,17 +135,21 @@ void Player::make(const Section &section)
 {
     const QStringList parts = section.text.split("; ");
     const QString path = name(parts.first().section(" -> ", 0, 0));
-    const QString text = vocabulary.expanded(section.lines.join('\n'));
+    QStringList lines;
+    for (const QString &line : section.lines) {
+        const bool isBlock = line.startsWith('<');
+        lines += isBlock ? vocabulary.expanded(QStringList(line))
+                         : QStringList(vocabulary.expanded(line));
+    }
     if (section.kind == "file") {
-        workstation.write(path,
-                          contentOf(section.lines.isEmpty() ? QStringList() : text.split('\n')));
+        workstation.write(path, contentOf(lines));
     } else if (section.kind == "folder") {
         workstation.makeFolder(path);
     } else if (section.kind == "link") {
         workstation.makeLink(name(parts.first().section(" -> ", 1)), path);
     } else if (section.kind == "script") {
         const WorkingFolder there(workstation.path());
-        const bool isDone = QProcess::execute("/bin/bash", {"-e", "-c", text}) == 0;
+        const bool isDone = QProcess::execute("/bin/bash", {"-e", "-c", lines.join('\n')}) == 0;
         problem = isDone ? QString() : "the script failed";
     } else if (section.kind == "disk") {
         disk = std::make_unique<SmallDisk>(workstation.path(path.section(", ", 0, 0)),

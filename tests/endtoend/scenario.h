@@ -60,6 +60,18 @@ inline QVector<Values> rowsOf(const Sections &sections)
     return rows.isEmpty() ? QVector<Values>(1) : rows;
 }
 
+/// Puts "TEXT" four times where \a text says "@(TEXT*4)@".
+inline QString repeated(QString text)
+{
+    static const QRegularExpression form(R"(@\((.*?)\*(\d+)\)@)");
+    QRegularExpressionMatch place;
+    while ((place = form.match(text)).hasMatch()) {
+        text.replace(place.capturedStart(), place.capturedLength(),
+                     place.captured(1).repeated(place.captured(2).toInt()));
+    }
+    return text;
+}
+
 /// What texts may name: values ("@name@"), blocks of lines ("<name>") and the sandbox ("@").
 struct Vocabulary {
     Values values;
@@ -103,7 +115,7 @@ struct Vocabulary {
                 with.values["rest"] = expanded(text.section(' ', 1));
                 result += with.expanded(blocks.value(block));
             } else if (line == '@' + inner + '@' && values.contains(inner)) {
-                result += expanded(expanded(values.value(inner)).split("\\n"));
+                result += expanded(repeated(values.value(inner)).split("\\n"));
             } else {
                 result << expanded(line).replace("\\x20", " ");
             }
