@@ -8,17 +8,6 @@
 #include <thread>
 #include <vector>
 
-/// Starts the companion program where the system has no process left to give. Whoever takes the
-/// answer for a process number ends more than itself, so each run gets a process table of its own.
-class tst_Faults_Fork : public QObject {
-    Q_OBJECT
-
-private slots:
-    void initTestCase();
-    void companionCannotBeStarted_data();
-    void companionCannotBeStarted();
-};
-
 namespace {
 
 const QStringList ownProcesses = {"unshare", "--pid", "--fork", "--kill-child", "--mount-proc"};
@@ -57,46 +46,51 @@ ForkRun runWithFailingFork(const QByteArray &error)
 
 } // namespace
 
-void tst_Faults_Fork::initTestCase()
-{
-    const QString obstacle = test::Tracer::obstacle();
-    if (!obstacle.isEmpty()) {
-        QSKIP(qPrintable(obstacle));
-    }
-    if (QProcess::execute(ownProcesses.first(), ownProcesses.mid(1) + QStringList("true")) != 0) {
-        QSKIP("no process table of its own can be had here");
-    }
-}
-
-void tst_Faults_Fork::companionCannotBeStarted_data()
-{
-    QTest::addColumn<QByteArray>("error");
-
-    QTest::addRow("too many processes") << QByteArray("EAGAIN");
-    QTest::addRow("too many open files") << QByteArray("EMFILE");
-    QTest::addRow("no memory") << QByteArray("ENOMEM");
-}
-
-void tst_Faults_Fork::companionCannotBeStarted()
-{
-    QFETCH(QByteArray, error);
-
-    // What a run does with the answer depends on what was in its memory before: one is no proof.
-    std::vector<ForkRun> runs(6);
-    std::vector<std::thread> threads;
-    for (ForkRun &run : runs) {
-        threads.emplace_back([&run, &error] { run = runWithFailingFork(error); });
-    }
-    for (std::thread &thread : threads) {
-        thread.join();
+/// Starts the companion program where the system has no process left to give. Whoever takes the
+/// answer for a process number ends more than itself, so each run gets a process table of its own.
+class tst_Faults_Fork : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        TRACE_OR_SKIP();
+        if (QProcess::execute(ownProcesses.first(), ownProcesses.mid(1) + QStringList("true"))
+            != 0) {
+            QSKIP("no process table of its own can be had here");
+        }
     }
 
-    for (const ForkRun &run : runs) {
-        VERIFY_RUN(run.result, 0);
-        QVERIFY2(!run.hit.isEmpty(), "the program starts processes in another way here");
-        QCOMPARE(run.configuration.split('\n').value(4, "no such line"), QByteArray());
+    void companionCannotBeStarted_data()
+    {
+        QTest::addColumn<QByteArray>("error");
+
+        QTest::addRow("too many processes") << QByteArray("EAGAIN");
+        QTest::addRow("too many open files") << QByteArray("EMFILE");
+        QTest::addRow("no memory") << QByteArray("ENOMEM");
     }
-}
+
+    void companionCannotBeStarted()
+    {
+        QFETCH(QByteArray, error);
+
+        // What a run does with the answer depends on what was in its memory before: one is no
+        // proof.
+        std::vector<ForkRun> runs(6);
+        std::vector<std::thread> threads;
+        for (ForkRun &run : runs) {
+            threads.emplace_back([&run, &error] { run = runWithFailingFork(error); });
+        }
+        for (std::thread &thread : threads) {
+            thread.join();
+        }
+
+        for (const ForkRun &run : runs) {
+            VERIFY_RUN(run.result, 0);
+            QVERIFY2(!run.hit.isEmpty(), "the program starts processes in another way here");
+            QCOMPARE(run.configuration.split('\n').value(4, "no such line"), QByteArray());
+        }
+    }
+};
 
 DRASK_TEST(tst_Faults_Fork)
 #include "tst_faults_fork.moc"

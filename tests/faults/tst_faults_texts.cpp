@@ -42,22 +42,6 @@ enum class Way { Beside, InPlace };
 
 Q_DECLARE_METATYPE(Way)
 
-/// Lets every call fail that writes one text, and ends the program there, for files that another
-/// one cannot simply take the place of.
-class tst_Faults_Texts : public QObject {
-    Q_OBJECT
-
-private slots:
-    void initTestCase();
-    void failingAndLastCalls_data();
-    void failingAndLastCalls();
-    void whatSomebodyElseAddsStays();
-    void campaignInjectedFaults();
-
-private:
-    int faults = 0;
-};
-
 namespace {
 
 QStringList words(const test::Folder &folder, const char *how, const char *user)
@@ -114,107 +98,117 @@ QString complaint(const test::Folder &folder, const QByteArray &before, const QB
 
 } // namespace
 
-void tst_Faults_Texts::initTestCase()
-{
-    const QString obstacle = test::Tracer::obstacle();
-    if (!obstacle.isEmpty() || geteuid() != 0) {
-        QSKIP(qPrintable("only root can make such files and trace here " + obstacle));
-    }
-    test::preferMemoryDisk();
-}
-
-void tst_Faults_Texts::failingAndLastCalls_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QByteArray>("how");
-    QTest::addColumn<QByteArray>("user");
-    QTest::addColumn<Way>("way");
-
-    const auto add = [](const char *kind, const char *user, Way way) {
-        for (const char *how : {"rewrite", "add"}) {
-            QTest::addRow("%s, %s, as %s", kind, how, user)
-                << kind << QByteArray(how) << QByteArray(user) << way;
+/// Lets every call fail that writes one text, and ends the program there, for files that another
+/// one cannot simply take the place of.
+class tst_Faults_Texts : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        const QString obstacle = test::Tracer::obstacle();
+        if (!obstacle.isEmpty() || geteuid() != 0) {
+            QSKIP(qPrintable("only root can make such files and trace here " + obstacle));
         }
-    };
-    add("missing", "root", Way::Beside);
-    add("behind a link", "root", Way::Beside);
-    add("of a strange owner", "root", Way::Beside);
-    add("with attributes", "root", Way::Beside);
-    add("with two names", "root", Way::InPlace);
-    add("of a strange owner", "another", Way::InPlace);
-}
+        test::preferMemoryDisk();
+    }
 
-void tst_Faults_Texts::failingAndLastCalls()
-{
-    QFETCH(QString, kind);
-    QFETCH(QByteArray, how);
-    QFETCH(QByteArray, user);
-    QFETCH(Way, way);
-    const test::Sandbox sandbox;
-    test::setRights(sandbox.path(), 0777);
-    const test::Tracer tracer;
-    const QStringList program = words(sandbox, how, user);
-    makeFile(sandbox, kind);
-    const QByteArray before = sandbox.read("file");
-    const QString looks = kind == "missing" ? QString() : test::looksOf(sandbox.path("file"));
-    const QByteArray after = how == "add" ? before + newText : newText;
-    QCOMPARE(run(tracer.watch() + program), 0);
-    QCOMPARE(sandbox.read("file"), after);
-    const QMap<QByteArray, test::CallCount> counts = tracer.calls();
+    void failingAndLastCalls_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QByteArray>("how");
+        QTest::addColumn<QByteArray>("user");
+        QTest::addColumn<Way>("way");
 
-    for (const char *call : {"openat", "write", "fsync", "close", "dup", "rename", "fchown",
-                             "fchmod", "flock", "flistxattr", "fsetxattr", "read", "ftruncate"}) {
-        const test::CallCount count = counts.value(call);
-        for (const char *effect : {"error=ENOSPC", "error=EIO", "error=EDQUOT", "error=EACCES",
-                                   "error=EROFS", "signal=KILL"}) {
-            for (int number = count.startUp + 1; number <= count.all; ++number) {
-                makeFile(sandbox, kind);
-                const test::Disturbance disturbance = {call, effect};
-                const int code = run(tracer.disturb(disturbance, number) + program);
-                ++faults;
-                const QString where =
-                    QStringLiteral("%1 number %2, %3: ").arg(call).arg(number).arg(effect);
-                // In place, a kill can leave any part.
-                if (code >= 0 || way == Way::Beside) {
-                    QCOMPARE(where + complaint(sandbox, before, after, looks, code), where);
+        const auto add = [](const char *kind, const char *user, Way way) {
+            for (const char *how : {"rewrite", "add"}) {
+                QTest::addRow("%s, %s, as %s", kind, how, user)
+                    << kind << QByteArray(how) << QByteArray(user) << way;
+            }
+        };
+        add("missing", "root", Way::Beside);
+        add("behind a link", "root", Way::Beside);
+        add("of a strange owner", "root", Way::Beside);
+        add("with attributes", "root", Way::Beside);
+        add("with two names", "root", Way::InPlace);
+        add("of a strange owner", "another", Way::InPlace);
+    }
+
+    void failingAndLastCalls()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QByteArray, how);
+        QFETCH(QByteArray, user);
+        QFETCH(Way, way);
+        const test::Sandbox sandbox;
+        test::setRights(sandbox.path(), 0777);
+        const test::Tracer tracer;
+        const QStringList program = words(sandbox, how, user);
+        makeFile(sandbox, kind);
+        const QByteArray before = sandbox.read("file");
+        const QString looks = kind == "missing" ? QString() : test::looksOf(sandbox.path("file"));
+        const QByteArray after = how == "add" ? before + newText : newText;
+        QCOMPARE(run(tracer.watch() + program), 0);
+        QCOMPARE(sandbox.read("file"), after);
+        const QMap<QByteArray, test::CallCount> counts = tracer.calls();
+
+        for (const char *call :
+             {"openat", "write", "fsync", "close", "dup", "rename", "fchown", "fchmod", "flock",
+              "flistxattr", "fsetxattr", "read", "ftruncate"}) {
+            const test::CallCount count = counts.value(call);
+            for (const char *effect : {"error=ENOSPC", "error=EIO", "error=EDQUOT", "error=EACCES",
+                                       "error=EROFS", "signal=KILL"}) {
+                for (int number = count.startUp + 1; number <= count.all; ++number) {
+                    makeFile(sandbox, kind);
+                    const test::Disturbance disturbance = {call, effect};
+                    const int code = run(tracer.disturb(disturbance, number) + program);
+                    ++faults;
+                    const QString where =
+                        QStringLiteral("%1 number %2, %3: ").arg(call).arg(number).arg(effect);
+                    // In place, a kill can leave any part.
+                    if (code >= 0 || way == Way::Beside) {
+                        QCOMPARE(where + complaint(sandbox, before, after, looks, code), where);
+                    }
+                    // What has not reached the disk is not written.
+                    QVERIFY2(call != QByteArray("fsync") || code != 0, qPrintable(where));
+                    QCOMPARE(run(program), 0);
+                    QVERIFY2(!sandbox.exists(".drask-unfinished"), qPrintable(where));
                 }
-                // What has not reached the disk is not written.
-                QVERIFY2(call != QByteArray("fsync") || code != 0, qPrintable(where));
-                QCOMPARE(run(program), 0);
-                QVERIFY2(!sandbox.exists(".drask-unfinished"), qPrintable(where));
             }
         }
     }
-}
 
-void tst_Faults_Texts::whatSomebodyElseAddsStays()
-{
-    const test::Sandbox sandbox;
-    const test::Tracer tracer;
-    sandbox.write("file", oldText);
-    QStringList program = tracer.standStill("fsync", 1) + words(sandbox, "add", "root");
-    QProcess process;
-    process.start(program.takeFirst(), program);
-    int standing = 0;
-    while (standing == 0 && !process.waitForFinished(1)) {
-        standing = tracer.standingProgram();
+    void whatSomebodyElseAddsStays()
+    {
+        const test::Sandbox sandbox;
+        const test::Tracer tracer;
+        sandbox.write("file", oldText);
+        QStringList program = tracer.standStill("fsync", 1) + words(sandbox, "add", "root");
+        QProcess process;
+        process.start(program.takeFirst(), program);
+        int standing = 0;
+        while (standing == 0 && !process.waitForFinished(1)) {
+            standing = tracer.standingProgram();
+        }
+        QVERIFY(standing > 0);
+
+        sandbox.write("file", oldText + "somebody else's\n");
+        kill(standing, SIGCONT);
+
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 0);
+        QCOMPARE(sandbox.read("file"), oldText + "somebody else's\n" + newText);
+        ++faults;
     }
-    QVERIFY(standing > 0);
 
-    sandbox.write("file", oldText + "somebody else's\n");
-    kill(standing, SIGCONT);
+    void campaignInjectedFaults()
+    {
+        qInfo("faults injected: %d", faults);
+        QVERIFY(faults > 0);
+    }
 
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitCode(), 0);
-    QCOMPARE(sandbox.read("file"), oldText + "somebody else's\n" + newText);
-    ++faults;
-}
-
-void tst_Faults_Texts::campaignInjectedFaults()
-{
-    qInfo("faults injected: %d", faults);
-    QVERIFY(faults > 0);
-}
+private:
+    int faults = 0;
+};
 
 DRASK_TEST(tst_Faults_Texts)
 #include "tst_faults_texts.moc"

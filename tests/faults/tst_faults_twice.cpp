@@ -50,126 +50,115 @@ Harms allowedHarms(Scene scene)
 
 } // namespace
 
-Q_DECLARE_METATYPE(test::Scene)
-
 /// Installs twice at once on one workstation.
 class tst_Faults_Twice : public QObject {
     Q_OBJECT
-
 private slots:
-    void initTestCase();
-    void startedTogether_data();
-    void startedTogether();
-    void oneStandsStillWhileTheOtherRuns_data();
-    void oneStandsStillWhileTheOtherRuns();
-    void campaignRanPairs();
+    void initTestCase()
+    {
+        test::preferMemoryDisk();
+    }
+
+    void startedTogether_data()
+    {
+        QTest::addColumn<Scene>("scene");
+        QTest::addColumn<QStringList>("one");
+        QTest::addColumn<QStringList>("other");
+
+        const QStringList install;
+        const QStringList reinstall = {"reinstall"};
+        for (const Scene scene : test::scenes) {
+            const QString name = test::sceneName(scene);
+            QTest::addRow("%s: install and install", qPrintable(name))
+                << scene << install << install;
+            QTest::addRow("%s: install and reinstall", qPrintable(name))
+                << scene << install << reinstall;
+            QTest::addRow("%s: reinstall and reinstall", qPrintable(name))
+                << scene << reinstall << reinstall;
+        }
+    }
+
+    void startedTogether()
+    {
+        QFETCH(Scene, scene);
+        QFETCH(QStringList, one);
+        QFETCH(QStringList, other);
+        const FaultStation station(scene);
+
+        for (int round = 0; round < 30; ++round) {
+            station.reset();
+            std::future<RunResult> first = start(station, one);
+            std::future<RunResult> second = start(station, other);
+            const test::Findings findings = judge(station, first.get(), second.get());
+
+            QCOMPARE(findings.complaints.join('\n'), QString());
+            QCOMPARE(test::harmNames(findings.harms & ~allowedHarms(scene)), QString());
+            ++pairs;
+        }
+    }
+
+    void oneStandsStillWhileTheOtherRuns_data()
+    {
+        QTest::addColumn<Scene>("scene");
+        QTest::addColumn<QByteArray>("call");
+
+        // The calls that change something, and those that open what is read or written.
+        for (const Scene scene : test::scenes) {
+            for (const char *call : {"openat", "write", "linkat", "unlink", "mkdir", "rename"}) {
+                QTest::addRow("%s: before %s", qPrintable(test::sceneName(scene)), call)
+                    << scene << QByteArray(call);
+            }
+        }
+        // Only a file that was not there is copied twice.
+        QTest::newRow("first installation: before renameat2")
+            << Scene::FirstInstallation << QByteArray("renameat2");
+    }
+
+    void oneStandsStillWhileTheOtherRuns()
+    {
+        QFETCH(Scene, scene);
+        QFETCH(QByteArray, call);
+        TRACE_OR_SKIP();
+        const FaultStation station(scene);
+        const test::Tracer tracer;
+        station.reset();
+        station.run({}, station.options(tracer.watch()));
+        const test::CallCount count = tracer.calls().value(call);
+
+        for (int number = count.startUp + 1; number <= count.all; ++number) {
+            station.reset();
+            std::future<RunResult> one = start(station, {}, tracer.standStill(call, number));
+            int program = 0;
+            while (program == 0
+                   && one.wait_for(std::chrono::milliseconds(1)) == std::future_status::timeout) {
+                program = tracer.standingProgram();
+            }
+            QVERIFY2(program > 0, "the run made fewer calls");
+            std::future<RunResult> other = start(station, {"reinstall"});
+            // It may wait for the lock of Rhino's registration, which the first one may hold.
+            other.wait_for(
+                std::chrono::milliseconds(scene == Scene::FirstInstallation ? 300 : 60000));
+            kill(program, SIGCONT);
+            const test::Findings findings = judge(station, one.get(), other.get());
+
+            const QByteArray where = call + " number " + QByteArray::number(number);
+            QVERIFY2(findings.complaints.isEmpty(),
+                     qPrintable(where + '\n' + findings.complaints.join('\n')));
+            QCOMPARE(test::harmNames(findings.harms & ~allowedHarms(scene)), QString());
+            ++pairs;
+        }
+        QVERIFY(count.all > count.startUp);
+    }
+
+    void campaignRanPairs()
+    {
+        qInfo("faults injected: %d pairs of runs at once", pairs);
+        QVERIFY(pairs > 0);
+    }
 
 private:
     int pairs = 0;
 };
-
-void tst_Faults_Twice::initTestCase()
-{
-    test::preferMemoryDisk();
-}
-
-void tst_Faults_Twice::startedTogether_data()
-{
-    QTest::addColumn<Scene>("scene");
-    QTest::addColumn<QStringList>("one");
-    QTest::addColumn<QStringList>("other");
-
-    const QStringList install;
-    const QStringList reinstall = {"reinstall"};
-    for (const Scene scene : test::scenes) {
-        const QString name = test::sceneName(scene);
-        QTest::addRow("%s: install and install", qPrintable(name)) << scene << install << install;
-        QTest::addRow("%s: install and reinstall", qPrintable(name))
-            << scene << install << reinstall;
-        QTest::addRow("%s: reinstall and reinstall", qPrintable(name))
-            << scene << reinstall << reinstall;
-    }
-}
-
-void tst_Faults_Twice::startedTogether()
-{
-    QFETCH(Scene, scene);
-    QFETCH(QStringList, one);
-    QFETCH(QStringList, other);
-    const FaultStation station(scene);
-
-    for (int round = 0; round < 30; ++round) {
-        station.reset();
-        std::future<RunResult> first = start(station, one);
-        std::future<RunResult> second = start(station, other);
-        const test::Findings findings = judge(station, first.get(), second.get());
-
-        QCOMPARE(findings.complaints.join('\n'), QString());
-        QCOMPARE(test::harmNames(findings.harms & ~allowedHarms(scene)), QString());
-        ++pairs;
-    }
-}
-
-void tst_Faults_Twice::oneStandsStillWhileTheOtherRuns_data()
-{
-    QTest::addColumn<Scene>("scene");
-    QTest::addColumn<QByteArray>("call");
-
-    // The calls that change something, and those that open what is read or written.
-    for (const Scene scene : test::scenes) {
-        for (const char *call : {"openat", "write", "linkat", "unlink", "mkdir", "rename"}) {
-            QTest::addRow("%s: before %s", qPrintable(test::sceneName(scene)), call)
-                << scene << QByteArray(call);
-        }
-    }
-    // Only a file that was not there is copied twice.
-    QTest::newRow("first installation: before renameat2")
-        << Scene::FirstInstallation << QByteArray("renameat2");
-}
-
-void tst_Faults_Twice::oneStandsStillWhileTheOtherRuns()
-{
-    QFETCH(Scene, scene);
-    QFETCH(QByteArray, call);
-    const QString obstacle = test::Tracer::obstacle();
-    if (!obstacle.isEmpty()) {
-        QSKIP(qPrintable(obstacle));
-    }
-    const FaultStation station(scene);
-    const test::Tracer tracer;
-    station.reset();
-    station.run({}, station.options(tracer.watch()));
-    const test::CallCount count = tracer.calls().value(call);
-
-    for (int number = count.startUp + 1; number <= count.all; ++number) {
-        station.reset();
-        std::future<RunResult> one = start(station, {}, tracer.standStill(call, number));
-        int program = 0;
-        while (program == 0
-               && one.wait_for(std::chrono::milliseconds(1)) == std::future_status::timeout) {
-            program = tracer.standingProgram();
-        }
-        QVERIFY2(program > 0, "the run made fewer calls");
-        std::future<RunResult> other = start(station, {"reinstall"});
-        // It may wait for the lock of Rhino's registration, which the first one may hold.
-        other.wait_for(std::chrono::milliseconds(scene == Scene::FirstInstallation ? 300 : 60000));
-        kill(program, SIGCONT);
-        const test::Findings findings = judge(station, one.get(), other.get());
-
-        const QByteArray where = call + " number " + QByteArray::number(number);
-        QVERIFY2(findings.complaints.isEmpty(),
-                 qPrintable(where + '\n' + findings.complaints.join('\n')));
-        QCOMPARE(test::harmNames(findings.harms & ~allowedHarms(scene)), QString());
-        ++pairs;
-    }
-    QVERIFY(count.all > count.startUp);
-}
-
-void tst_Faults_Twice::campaignRanPairs()
-{
-    qInfo("faults injected: %d pairs of runs at once", pairs);
-    QVERIFY(pairs > 0);
-}
 
 DRASK_TEST(tst_Faults_Twice)
 #include "tst_faults_twice.moc"

@@ -13,12 +13,6 @@ inline QString quoted(const QString &text)
     return QLatin1Char('"') + text + QLatin1Char('"');
 }
 
-/// A host entry of the settings or of the command line was looked up.
-inline QStringList linesOfLookUp(const QString &key, const QString &path)
-{
-    return {"Debug: applicationName " + quoted(key), "Debug: path " + quoted(path)};
-}
-
 inline QString alreadyInstalledLine(const QString &target)
 {
     return "Debug: version already installed:  " + quoted(target);

@@ -23,23 +23,14 @@ namespace {
 /// program that gets no event descriptor, before a log could be kept; a companion that cannot be
 /// forked is a case of its own; and the tracer makes a close fail by leaving the file open, so that
 /// a pipe to the companion would never end (the closing of texts is disturbed in tst_faults_texts).
-const QByteArrayList fallibleCalls = {
-    "access",     "chmod",      "copy_file_range",
-    "dup",        "faccessat",  "faccessat2",
-    "fchmod",     "fchmodat",   "fchown",
-    "fcntl",      "fdatasync",  "fgetxattr",
-    "flistxattr", "flock",      "fremovexattr",
-    "fsetxattr",  "fstat",      "fsync",
-    "ftruncate",  "getcwd",     "getdents64",
-    "ioctl",      "link",       "linkat",
-    "lstat",      "mkdir",      "mkdirat",
-    "newfstatat", "open",       "openat",
-    "pipe2",      "ppoll",      "read",
-    "readlink",   "readlinkat", "rename",
-    "renameat",   "renameat2",  "sendfile",
-    "stat",       "statx",      "unlink",
-    "unlinkat",   "utimensat",  "write",
-};
+const QByteArrayList fallibleCalls =
+    QByteArray(
+        "access chmod copy_file_range dup faccessat faccessat2 fchmod fchmodat fchown fcntl "
+        "fdatasync fgetxattr flistxattr flock fremovexattr fsetxattr fstat fsync ftruncate "
+        "getcwd getdents64 ioctl link linkat lstat mkdir mkdirat newfstatat open openat pipe2 "
+        "ppoll read readlink readlinkat rename renameat renameat2 sendfile stat statx unlink "
+        "unlinkat utimensat write")
+        .split(' ');
 
 constexpr int enoughComplaints = 20;
 

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QtTest>
 
 namespace test {
 
@@ -46,15 +47,16 @@ const QString FaultStation::legacyFile = "home/Cinema 4D R19/plugins/Grex.cdl";
 
 QString sceneName(Scene scene)
 {
-    switch (scene) {
-    case Scene::FirstInstallation:
-        return "first installation";
-    case Scene::OldPath:
-        return "update of the path";
-    case Scene::OldBlock:
-        return "update of the block";
+    const char *const names[] = {"first installation", "update of the path", "update of the block"};
+    return names[int(scene)];
+}
+
+void addScenes()
+{
+    QTest::addColumn<Scene>("scene");
+    for (const Scene scene : scenes) {
+        QTest::newRow(qPrintable(sceneName(scene))) << scene;
     }
-    return QString();
 }
 
 FaultStation::FaultStation(Scene which)

@@ -18,6 +18,8 @@ enum class Scene {
 inline constexpr Scene scenes[] = {Scene::FirstInstallation, Scene::OldPath, Scene::OldBlock};
 
 QString sceneName(Scene scene);
+/// Makes the table of a case that has one row a scene.
+void addScenes();
 
 /// What the order of an installation's steps lets happen to the start-up files when a run is
 /// disturbed. Each follows from a step as it is; nothing else is let pass.
@@ -123,3 +125,4 @@ private:
 } // namespace test
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(test::Harms)
+Q_DECLARE_METATYPE(test::Scene)

@@ -70,11 +70,6 @@ QString looksOf(const QString &path)
         .arg(attributesOf(path).join(' '));
 }
 
-int namesOf(const QString &path)
-{
-    return int(lookAt(path).st_nlink);
-}
-
 void giveTo(const QString &path, unsigned user, unsigned group)
 {
     if (chown(QFile::encodeName(path).constData(), user, group) != 0) {

@@ -10,9 +10,6 @@ namespace test {
 /// attributes, of which the access list is one. Links are followed.
 QString looksOf(const QString &path);
 
-/// How many names a file has, itself included.
-int namesOf(const QString &path);
-
 void giveTo(const QString &path, unsigned user, unsigned group);
 void setRights(const QString &path, unsigned rights);
 

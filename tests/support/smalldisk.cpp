@@ -15,18 +15,33 @@ namespace test {
 namespace {
 
 #ifdef Q_OS_LINUX
-bool mountDisk(const QString &folder, unsigned long flags, const QByteArray &options)
+bool mountOn(const QString &folder, const char *type, unsigned long flags,
+             const QByteArray &options = {})
 {
-    return mount("none", QFile::encodeName(folder).constData(), "tmpfs", flags, options.constData())
-        == 0;
+    // What this process mounts, it keeps to itself.
+    static const bool isPrivate = unshare(CLONE_NEWNS) == 0
+        && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    const QByteArray place = QFile::encodeName(folder);
+    return isPrivate
+        && mount(place.constData(), place.constData(), type, flags, options.constData()) == 0;
 }
 
-/// Keeps what this process mounts to itself.
-bool havePrivateMounts()
+void takeAway(const QString &folder)
 {
-    static const bool done = unshare(CLONE_NEWNS) == 0
-        && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-    return done;
+    if (umount2(QFile::encodeName(folder).constData(), MNT_DETACH) != 0) {
+        qFatal("What is mounted could not be taken away");
+    }
+}
+#else
+enum { MS_BIND, MS_REMOUNT, MS_RDONLY };
+
+bool mountOn(const QString &, const char *, unsigned long, const QByteArray & = {})
+{
+    return false;
+}
+
+void takeAway(const QString &)
+{
 }
 #endif
 
@@ -34,32 +49,20 @@ bool havePrivateMounts()
 
 SmallDisk::SmallDisk(QString folder, const QByteArray &options)
     : home(std::move(folder))
-#ifdef Q_OS_LINUX
-    , mounted(havePrivateMounts() && mountDisk(home, 0, options))
-#else
-    , mounted(false)
-#endif
+    , mounted(mountOn(home, "tmpfs", 0, options))
 {
-    Q_UNUSED(options)
 }
 
 SmallDisk::~SmallDisk()
 {
-#ifdef Q_OS_LINUX
-    if (mounted && umount2(QFile::encodeName(home).constData(), MNT_DETACH) != 0) {
-        qFatal("The disk could not be taken away");
+    if (mounted) {
+        takeAway(home);
     }
-#endif
-}
-
-bool SmallDisk::isMounted() const
-{
-    return mounted;
 }
 
 void SmallDisk::fill() const
 {
-    QFile file(filler());
+    QFile file(home + "/filler");
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         qFatal("The disk could not be filled");
     }
@@ -67,25 +70,27 @@ void SmallDisk::fill() const
     while (file.write(block) == block.size()) { }
 }
 
-void SmallDisk::makeRoom() const
-{
-    QFile::remove(filler());
-}
-
 void SmallDisk::change(const QByteArray &options) const
 {
-#ifdef Q_OS_LINUX
-    if (!mountDisk(home, MS_REMOUNT, options)) {
+    if (!mountOn(home, "tmpfs", MS_REMOUNT, options)) {
         qFatal("The disk could not be changed");
     }
-#else
-    Q_UNUSED(options)
-#endif
 }
 
-QString SmallDisk::filler() const
+ReadOnlyFolder::ReadOnlyFolder(QString folder)
+    : home(std::move(folder))
+    , mounted(mountOn(home, nullptr, MS_BIND)) // on itself, then for reading only
 {
-    return home + "/filler";
+    if (mounted && !mountOn(home, nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY)) {
+        qFatal("The folder could not be made read-only");
+    }
+}
+
+ReadOnlyFolder::~ReadOnlyFolder()
+{
+    if (mounted) {
+        takeAway(home);
+    }
 }
 
 } // namespace test

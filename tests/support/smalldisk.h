@@ -17,18 +17,38 @@ public:
     SmallDisk &operator=(const SmallDisk &) = delete;
 
     /// False where nothing may be mounted: skip the case, and say so.
-    bool isMounted() const;
+    bool isMounted() const
+    {
+        return mounted;
+    }
 
-    /// Writes a file until nothing more fits; makeRoom() takes it away.
+    /// Writes a file until nothing more fits.
     void fill() const;
-    void makeRoom() const;
 
     /// Gives the disk other \a options while it is in use.
     void change(const QByteArray &options) const;
 
 private:
-    QString filler() const;
+    QString home;
+    bool mounted;
+};
 
+/// While it lives, nothing below a folder can be written, not even by root; only this process and
+/// its children see it so. Make it after the sandbox that holds the folder.
+class ReadOnlyFolder {
+public:
+    explicit ReadOnlyFolder(QString folder);
+    ~ReadOnlyFolder();
+    ReadOnlyFolder(const ReadOnlyFolder &) = delete;
+    ReadOnlyFolder &operator=(const ReadOnlyFolder &) = delete;
+
+    /// False where nothing may be mounted: skip the case, and say so.
+    bool isMounted() const
+    {
+        return mounted;
+    }
+
+private:
     QString home;
     bool mounted;
 };

@@ -62,3 +62,8 @@ private:
 };
 
 } // namespace test
+
+/// Skips the case where runs cannot be traced.
+#define TRACE_OR_SKIP()                                                                            \
+    if (const QString obstacle = test::Tracer::obstacle(); !obstacle.isEmpty())                    \
+    QSKIP(qPrintable(obstacle))
