@@ -52,10 +52,6 @@ private slots:
     void scriptWithoutTheImportIsExtendedByteForByte_data()
     {
         const test::Table<QByteArray> table("content");
-        table.row("an empty script", "");
-        table.row("a last line without its end", "import ix");
-        table.row("carriage returns", "import ix\r\nix.go()\r\n");
-        table.row("a byte-order mark", "\xef\xbb\xbfimport ix\n");
         table.row("bytes that are no UTF-8", QByteArray("# \xff\xfe\x80\x00\n", 7));
         table.row("the import in other letter case", "Import Drask\nIMPORT DRASK\n");
         table.row("the import with two blanks", "import  drask\n");

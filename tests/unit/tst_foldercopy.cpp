@@ -103,6 +103,7 @@ private slots:
         sandbox.write("plugin/.git/config", "h");
         sandbox.write("plugin/sub/.DS_Store", "h");
         sandbox.makeLink("/nowhere/at/all", "plugin/gone.py");
+        sandbox.makeLink("circle", "plugin/circle");
         QCOMPARE(QProcess::execute("mkfifo", {sandbox.path("plugin/pipe")}), 0);
         QCOMPARE(sandbox.copy(), 0);
         QCOMPARE(test::readTree(sandbox.path("host/drask")).keys(),

@@ -78,10 +78,6 @@ private slots:
     void additionIsAppendedByteForByte_data()
     {
         const test::Table<QByteArray> table("content");
-        table.row("an empty file", "");
-        table.row("a last line without its end", "A = 1");
-        table.row("carriage returns", "A = 1\r\nB = 2\r\n");
-        table.row("a byte-order mark", "\xef\xbb\xbf# a\n");
         table.row("bytes that are no UTF-8", QByteArray("# \xff\xfe\x80\x00\n", 7));
         table.row("the assignment without the marker", assignment("/new"));
         table.row("the marker in other letter case", "#Drask_Installed\n" + assignment("/new"));

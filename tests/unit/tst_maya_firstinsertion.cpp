@@ -76,10 +76,6 @@ private slots:
     void scriptIsExtendedByteForByte_data()
     {
         const test::Table<QByteArray> table("content");
-        table.row("an empty script", "");
-        table.row("a last line without its end", "import maya\nimport sys");
-        table.row("carriage returns", "import maya\r\nimport sys\r\n");
-        table.row("a byte-order mark", "\xef\xbb\xbfimport maya\n");
         table.row("bytes that are no UTF-8", QByteArray("# \xff\xfe\x80\x00\n", 7));
         const QByteArray line = pathLine("/old");
         table.row("a marker and nothing behind it", "#drask_installed\n");
