@@ -53,14 +53,14 @@ struct Tool {
     const ManagerSettings &settings;
 };
 
-void fillIn(PluginPathStruct &record, const HostRow &row, const Tool &tool)
+void fillIn(PluginPathStruct &record, const HostRow &row, Tool tool)
 {
     record.pluginSubFolder = row.subFolder;
     record.sourceFolder = tool.folder + "/plugins/"_l1 + row.sourceName;
     record.version = numberOfSetting(tool.settings.value(row.versionKey));
 }
 
-QList<PluginPathStruct> maxRecords(PluginPathStruct record, const Tool &tool)
+QList<PluginPathStruct> maxRecords(PluginPathStruct record, Tool tool)
 {
     fillIn(record, maxRow, tool);
     QList<PluginPathStruct> records;
@@ -83,7 +83,8 @@ QList<PluginPathStruct> getPluginInfoList(QString applicationName, QString path)
     qDebug() << Message::applicationName << applicationName;
     qDebug() << Message::path << path;
     const QString folder = toolFolder();
-    return installTargets(applicationName, path, folder, ManagerSettings(folder));
+    return installTargets(std::move(applicationName), std::move(path), folder,
+                          ManagerSettings(folder));
 }
 
 QStringList versionKeys()
@@ -95,18 +96,18 @@ QStringList versionKeys()
     return keys;
 }
 
-QList<PluginPathStruct> installTargets(const QString &applicationName, const QString &path,
-                                       const QString &folder, const ManagerSettings &settings)
+QList<PluginPathStruct> installTargets(QString applicationName, QString path, const QString &folder,
+                                       const ManagerSettings &settings)
 {
     PluginPathStruct record;
-    record.applicationName = applicationName;
-    record.path = path;
+    record.applicationName = std::move(applicationName);
+    record.path = std::move(path);
     const Tool tool{folder, settings};
-    if (applicationName == maxRow.key) {
+    if (record.applicationName == maxRow.key) {
         return maxRecords(record, tool);
     }
     for (const HostRow &row : hostTable) {
-        if (applicationName == row.key) {
+        if (record.applicationName == row.key) {
             fillIn(record, row, tool);
         }
     }

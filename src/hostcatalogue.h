@@ -42,5 +42,5 @@ QStringList versionKeys();
 
 /// The same as getPluginInfoList() for the tool in the folder \a folder (no trailing slash)
 /// with its \a settings. Logs nothing.
-QList<PluginPathStruct> installTargets(const QString &applicationName, const QString &path,
-                                       const QString &folder, const ManagerSettings &settings);
+QList<PluginPathStruct> installTargets(QString applicationName, QString path, const QString &folder,
+                                       const ManagerSettings &settings);

@@ -14,7 +14,7 @@ namespace {
 /// Counts up when a field goes or changes its meaning; fields that are added leave it.
 constexpr int formatNumber = 1;
 
-QJsonValue orNull(const std::optional<int> &number)
+QJsonValue orNull(std::optional<int> number)
 {
     return number ? QJsonValue(*number) : QJsonValue(QJsonValue::Null);
 }

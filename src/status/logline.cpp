@@ -2,6 +2,7 @@
 #include "status/logline.h"
 
 #include "literals.h"
+#include "wholenumber.h"
 
 #include <algorithm>
 
@@ -42,7 +43,8 @@ int readEscape(const QString &text, int position, QString &result)
         return position + 1;
     }
     const int digits = letter == QLatin1Char('u') ? 4 : 8;
-    const uint code = text.mid(position + 1, digits).toUInt(nullptr, 16);
+    const QString number = text.mid(position + 1, digits);
+    const uint code = number.toUInt(nullptr, 16);
     if (QChar::requiresSurrogates(code)) {
         result += QChar(QChar::highSurrogate(code));
         result += QChar(QChar::lowSurrogate(code));
@@ -105,13 +107,12 @@ bool LogLine::takeNumber(int &number)
 {
     const int blank = items.indexOf(QLatin1Char(' '), position);
     const int end = blank < 0 ? static_cast<int>(items.size()) : blank;
-    bool isNumber = false;
-    const int value = items.mid(position, end - position).toInt(&isNumber);
-    if (!isNumber) {
+    const std::optional<qint64> value = wholeNumber(items.mid(position, end - position));
+    if (!value || *value != static_cast<int>(*value)) {
         return false;
     }
     position = std::min(end + 1, static_cast<int>(items.size()));
-    number = value;
+    number = static_cast<int>(*value);
     return true;
 }
 

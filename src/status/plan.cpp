@@ -22,30 +22,38 @@ class ForetoldLog {
 public:
     ForetoldLog()
     {
-        text.clear();
+        text = &lines;
         before = qInstallMessageHandler(collect);
         keepEveryMessage();
     }
     ~ForetoldLog()
     {
         qInstallMessageHandler(before);
+        text = nullptr;
     }
     ForetoldLog(const ForetoldLog &) = delete;
     ForetoldLog &operator=(const ForetoldLog &) = delete;
 
-    static QString text;
+    /// All of them so far.
+    QString all() const
+    {
+        return lines;
+    }
 
 private:
     static void collect(QtMsgType type, const QMessageLogContext & /*context*/,
                         const QString &message)
     {
-        text += logLine(type, message) + QLatin1Char('\n');
+        *text += logLine(type, message) + QLatin1Char('\n');
     }
 
+    static QString *text;
+
+    QString lines;
     QtMessageHandler before = nullptr;
 };
 
-QString ForetoldLog::text;
+QString *ForetoldLog::text = nullptr;
 
 /// What cputype will say is not known without starting it. The plug-ins that are installed were
 /// told the last time.
@@ -89,6 +97,17 @@ QList<Problem> checkForetold(ForetoldDisk &disk, const QString &file, Kind unrea
     return check(textOf(bytes));
 }
 
+/// What is wrong with the manifest \a file that the run will have written.
+QList<Problem> checkManifest(const PluginPathStruct &target, const FileText &text,
+                             const QString &file)
+{
+    if (!text || unlistedFiles(target, *text).isEmpty()) {
+        return {};
+    }
+    return {
+        {Kind::ManifestIncomplete, file, QStringLiteral("The manifest will not list every file.")}};
+}
+
 /// What the run leaves incomplete without a word.
 QList<Problem> findSilentLosses(const HostAnswer &host, const PluginPathStruct &target,
                                 ForetoldDisk &disk)
@@ -100,12 +119,11 @@ QList<Problem> findSilentLosses(const HostAnswer &host, const PluginPathStruct &
         problems += checkPluginFiles(target, Look::Outside);
     } else {
         const QString manifest = host.target + "/uninstall.ini"_l1;
-        problems += checkForetold(disk, manifest, Kind::ManifestUnreadable, isFine);
-        if (lookAt(target.sourceFolder + "/uninstall.ini"_l1) != Found::Nothing) {
-            problems.append(
-                {Kind::ManifestIncomplete, manifest,
-                 QStringLiteral("The shipped uninstall.ini takes the manifest's place.")});
-        }
+        problems += checkForetold(
+            disk, manifest, Kind::ManifestUnreadable, [&](const FileText &text) {
+                return host.state == State::Copied ? checkManifest(target, text, manifest)
+                                                   : QList<Problem>();
+            });
     }
     if (target.applicationName == "maya"_l1) {
         const QString file = host.target + "/../userSetup.py"_l1;
@@ -187,16 +205,15 @@ void distribute(ForetoldDisk &disk, Answer &answer)
     const QStringList logs{answer.folder + "/plugin.log"_l1, answer.folder + "/pluginError.txt"_l1};
     const QList<Change> changes = disk.changes();
     for (const Change &change : changes) {
-        const int owner = ownerOf(change.path, targets, folders);
         if (logs.contains(change.path)) {
             continue;
         }
-        QList<Change> &owned = owner < 0 ? answer.changes : answer.hosts[owner].changes;
-        QList<Problem> &problems = owner < 0 ? answer.problems : answer.hosts[owner].problems;
-        owned.append(change);
-        if (change.action == Action::Replace && lookAt(change.path) == Found::Unreadable) {
-            problems.append({Kind::CannotLook, change.path,
-                             QStringLiteral("The file cannot be read; it is taken to change.")});
+        const int owner = ownerOf(change.path, targets, folders);
+        (owner < 0 ? answer.changes : answer.hosts[owner].changes).append(change);
+        if (change.action == Action::Replace && !mayRead(QFile::encodeName(change.path))) {
+            (owner < 0 ? answer.problems : answer.hosts[owner].problems)
+                .append({Kind::CannotLook, change.path,
+                         QStringLiteral("The file cannot be read; it is taken to change.")});
         }
     }
 }
@@ -236,14 +253,16 @@ Answer plan(const Options &options)
     const Setup setup = readSetup(options);
     ForetoldDisk disk(options.folder, lastCpuType(setup));
     int exitCode = 0;
+    QString lines;
     {
         const OtherDisk::Guard foretold(disk);
         const ForetoldLog log;
         exitCode = runMode({modeOf(options.mode), QString()});
+        lines = log.all();
     }
     QByteArray errors;
     static_cast<void>(disk.readBytes(options.folder + "/pluginError.txt"_l1, errors));
-    const RunStory story = readRun(ForetoldLog::text, QString::fromUtf8(errors),
+    const RunStory story = readRun(lines, QString::fromUtf8(errors),
                                    [&](const QString &key, const QString &path) {
                                        return installTargets(key, path, options.folder, settings);
                                    });

@@ -48,9 +48,12 @@ public:
     }
 
     QList<Problem> run();
+    QStringList unlisted(const QString &manifestText);
 
 private:
     void readManifest();
+    void setManifest(const QString &text);
+    bool isUnlisted(const QString &file) const;
     bool isShippedVersion() const;
     void checkShipped(const QString &name);
     void checkListed(const QString &file);
@@ -83,7 +86,7 @@ void PluginCheck::readManifest()
     switch (lookAt(file)) {
     case Found::File:
         manifestWasRead = true;
-        manifest = wholeText(file).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        setManifest(wholeText(file));
         break;
     case Found::Nothing:
         add(Kind::ManifestMissing, file, QStringLiteral("The manifest is missing."));
@@ -93,9 +96,32 @@ void PluginCheck::readManifest()
         add(Kind::ManifestUnreadable, file, QStringLiteral("The manifest cannot be read."));
         break;
     }
-    for (const QString &line : qAsConst(manifest)) {
-        listed.insert(line);
+}
+
+void PluginCheck::setManifest(const QString &text)
+{
+    manifest = text.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    listed = QSet<QString>(manifest.cbegin(), manifest.cend());
+}
+
+/// True when the manifest lacks \a file, which an installation puts there.
+bool PluginCheck::isUnlisted(const QString &file) const
+{
+    return !listed.contains(file) && !exempt.contains(file) && !file.contains("drask_uninstall"_l1);
+}
+
+QStringList PluginCheck::unlisted(const QString &manifestText)
+{
+    setManifest(manifestText);
+    QStringList files;
+    const QStringList names = shippedFiles(source);
+    for (const QString &name : names) {
+        const QString file = target + QLatin1Char('/') + name;
+        if (isUnlisted(file)) {
+            files << file;
+        }
     }
+    return files;
 }
 
 /// A version file that does not say a number, or was changed after the manifest was written, tells
@@ -150,7 +176,7 @@ void PluginCheck::checkShipped(const QString &name)
         return;
     }
     checkContent(file, shipped);
-    if (manifestWasRead && !listed.contains(file) && !file.contains("drask_uninstall"_l1)) {
+    if (manifestWasRead && isUnlisted(file)) {
         isEverythingListed = false;
         add(Kind::FileNotListed, file, QStringLiteral("The manifest does not list the file."));
     }
@@ -227,6 +253,11 @@ QStringList shippedFiles(const QString &source)
         listShipped(source, QString(), files);
     }
     return files;
+}
+
+QStringList unlistedFiles(const PluginPathStruct &target, const QString &manifest)
+{
+    return PluginCheck(target, Look::Outside).unlisted(manifest);
 }
 
 QList<Problem> checkPluginFiles(const PluginPathStruct &target, Look look)

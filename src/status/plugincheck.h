@@ -13,6 +13,10 @@
 /// subfolders, relative to \a source.
 QStringList shippedFiles(const QString &source);
 
+/// Those files of the plug-in of \a target that its manifest should list and, if its text is
+/// \a manifest, does not: as they are named there.
+QStringList unlistedFiles(const PluginPathStruct &target, const QString &manifest);
+
 /// How closely files are looked at.
 enum class Look {
     Outside, ///< whether they are there and not empty

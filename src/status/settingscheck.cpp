@@ -3,6 +3,7 @@
 
 #include "hostcatalogue.h"
 #include "literals.h"
+#include "wholenumber.h"
 
 #include <QRegularExpression>
 #include <QSet>
@@ -121,7 +122,7 @@ void SettingsCheck::checkValue(const QString &key, const QString &value)
 
 void SettingsCheck::checkEntry(const QString &line)
 {
-    const int sign = line.indexOf(QLatin1Char('='));
+    const auto sign = line.indexOf(QLatin1Char('='));
     const QString key = line.left(sign).trimmed();
     if (sign < 0 || key.isEmpty()) {
         add(Kind::UnknownKey, QStringLiteral("The line \"%1\" is no key with a value.").arg(line));
@@ -145,9 +146,8 @@ void SettingsCheck::checkSize()
         }
         return;
     }
-    bool isNumber = false;
-    const int number = size.toInt(&isNumber);
-    bool isComplete = isNumber && number == entries.size();
+    const std::optional<qint64> number = wholeNumber(size);
+    bool isComplete = number == entries.size();
     for (const int entry : qAsConst(entries)) {
         isComplete = isComplete && entry <= number;
     }

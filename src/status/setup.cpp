@@ -11,11 +11,20 @@
 
 namespace {
 
-/// The one name of \a folder, whether it is there or not.
+/// The one name of \a folder; what is not there yet keeps its words.
 QString oneName(const QString &folder)
 {
-    const QString real = QFileInfo(folder).canonicalFilePath();
-    return real.isEmpty() ? QDir::cleanPath(folder) : real;
+    QString there = QDir::cleanPath(folder);
+    QString missing;
+    while (true) {
+        const QString real = QFileInfo(there).canonicalFilePath();
+        const auto slash = there.lastIndexOf(QLatin1Char('/'));
+        if (!real.isEmpty() || slash <= 0) {
+            return (real.isEmpty() ? there : real) + missing;
+        }
+        missing.prepend(there.mid(slash));
+        there.truncate(slash);
+    }
 }
 
 /// The plug-in folders that more than one of \a targets has, whatever their names.

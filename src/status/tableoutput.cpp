@@ -26,7 +26,7 @@ QString endOf(const QString &text, int width)
 
 QString versionsOf(const HostAnswer &host)
 {
-    const auto numberOf = [](const std::optional<int> &version) {
+    const auto numberOf = [](std::optional<int> version) {
         return version ? QString::number(*version) : QStringLiteral("-");
     };
     const QString installed = numberOf(host.installed);
