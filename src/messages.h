@@ -35,6 +35,7 @@ inline constexpr char copyLeftOut[]        = "only write config, do not copy fil
 inline constexpr char copyStarts[]         = "open file: ";                          ///< then the manifest before
 inline constexpr char cannotOpen[]         = "cannot open ";                         ///< then the manifest
 inline constexpr char forWriting[]         = " for writing";                         ///< after it
+inline constexpr char folderNotListed[]    = "Could not list folder";                ///< then the shipped folder
 inline constexpr char fileNotRemoved[]     = "Could not remove file";                ///< then the file
 inline constexpr char fileNotCopied[]      = "Could not copy file ";                 ///< then the shipped file
 inline constexpr char copiedTo[]           = " to ";                                 ///< then the target file

@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -21,8 +22,13 @@
 
 namespace {
 
-/// Each wait for the disk is for so many files. More save little and take the handles of others.
-constexpr std::size_t filesAWait = 64;
+/// Each wait for the disk is for so many files. More save little, and the log needs handles too.
+std::size_t filesForOneWait()
+{
+    constexpr long enough = 64;
+    const long allowed = sysconf(_SC_OPEN_MAX);
+    return static_cast<std::size_t>(allowed < 0 ? enough : std::clamp(allowed / 4, 1L, enough));
+}
 
 void waitForFolder(const QString &path)
 {
@@ -181,6 +187,11 @@ std::optional<bool> FileCopier::placeSpare(const QByteArray &target)
 }
 #endif
 
+PlacedFiles::PlacedFiles()
+    : filesAWait(filesForOneWait())
+{
+}
+
 PlacedFiles::~PlacedFiles()
 {
     bringOpenFilesToDisk();
@@ -192,16 +203,20 @@ bool PlacedFiles::open(const QString &path)
         return other->openPlaced(path);
     }
     constexpr int everyone = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
-                                  everyone);
-    if (descriptor < 0) {
-        return false;
+    const QByteArray name = QFile::encodeName(path);
+    int descriptor = ::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC, everyone);
+    const bool isOpen = descriptor >= 0;
+    if (!isOpen) {
+        // A file that may only be read has to reach the disk too.
+        descriptor = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     }
-    files.push_back({descriptor, path});
+    if (descriptor >= 0) {
+        files.push_back({descriptor, path});
+    }
     if (files.size() >= filesAWait) {
         bringOpenFilesToDisk();
     }
-    return true;
+    return isOpen;
 }
 
 QStringList PlacedFiles::bringToDisk()

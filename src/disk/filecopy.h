@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -54,10 +55,10 @@ private:
 
 /// The files that a copy has placed and that may have yet to reach the disk. To wait for many at
 /// once is cheaper than to wait for each. It holds some dozens of files open, however many there
-/// are.
+/// are, and at most a quarter of those that the process may.
 class PlacedFiles {
 public:
-    PlacedFiles() = default;
+    PlacedFiles();
     /// Calls bringToDisk().
     ~PlacedFiles();
     PlacedFiles(const PlacedFiles &) = delete;
@@ -66,7 +67,8 @@ public:
     PlacedFiles &operator=(PlacedFiles &&) = delete;
 
     /// Opens the file \a path for reading and writing, which makes an empty one where there is
-    /// none, and keeps it in mind. Returns whether it could be opened. Logs nothing.
+    /// none, and keeps it in mind; one that may only be read, too. Returns whether it could be
+    /// opened for both. Logs nothing.
     bool open(const QString &path);
 
     /// Waits until all the files, and their names in their folders, are on the disk. Returns those
@@ -81,6 +83,7 @@ private:
 
     void bringOpenFilesToDisk();
 
+    const std::size_t filesAWait;
     std::vector<Placed> files;
     QStringList lost;
 };

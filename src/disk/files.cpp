@@ -44,13 +44,11 @@ bool copyFile(const QString &source, const QString &target)
     return other != nullptr ? other->copyFile(source, target) : QFile::copy(source, target);
 }
 
-void visitFolder(const QString &path, const EntryVisitor &visit)
+bool visitFolder(const QString &path, const EntryVisitor &visit)
 {
-    if (OtherDisk *const other = OtherDisk::inPlace()) {
-        other->visitEntries(path, visit);
-    } else {
-        visitEntries(QFile::encodeName(path), visit);
-    }
+    OtherDisk *const other = OtherDisk::inPlace();
+    return other != nullptr ? other->visitEntries(path, visit)
+                            : visitEntries(QFile::encodeName(path), visit);
 }
 
 bool openAnew(QFile &file)

@@ -33,7 +33,7 @@ bool removeFile(const QString &path);
 bool copyFile(const QString &source, const QString &target);
 
 /// Hands each entry of the folder \a path to \a visit, as visitEntries() does.
-void visitFolder(const QString &path, const EntryVisitor &visit);
+bool visitFolder(const QString &path, const EntryVisitor &visit);
 
 /// Opens \a file for writing and empties it; makes it if it is missing. Returns whether it is open.
 bool openAnew(QFile &file);

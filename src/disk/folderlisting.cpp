@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -81,17 +82,25 @@ std::optional<EntryKind> kindOf(const QByteArray &folder, const dirent &entry)
     }
 }
 
+/// The next entry of \a listing. Nothing is returned at its end, with an errno of 0, and where it
+/// cannot be read on.
+const dirent *nextEntry(DIR *listing)
+{
+    errno = 0;
+    // Only this thread reads this listing.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe)
+    return readdir(listing);
+}
+
 } // namespace
 
-void visitEntries(const QByteArray &folder, const EntryVisitor &visit)
+bool visitEntries(const QByteArray &folder, const EntryVisitor &visit)
 {
     const std::unique_ptr<DIR, FolderCloser> listing(opendir(folder.constData()));
     if (!listing) {
-        return;
+        return false;
     }
-    // Only this thread reads this listing.
-    // NOLINTNEXTLINE(concurrency-mt-unsafe)
-    while (const dirent *entry = readdir(listing.get())) {
+    while (const dirent *entry = nextEntry(listing.get())) {
         if (isHidden(folder, entry->d_name)) {
             continue;
         }
@@ -102,4 +111,5 @@ void visitEntries(const QByteArray &folder, const EntryVisitor &visit)
             visit(name, *kind);
         }
     }
+    return errno == 0;
 }

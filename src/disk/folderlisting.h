@@ -21,9 +21,10 @@ using EntryVisitor = std::function<void(const QByteArray &name, EntryKind kind)>
 
 /// Hands each entry of \a folder (encoded as by QFile::encodeName()) to \a visit, in the order of
 /// the file system. Left out are hidden entries, dangling links, pipes, sockets and devices, and
-/// names that are no text in the local encoding, which Qt could not hand back to the system. A
-/// folder that cannot be read has no entries. Logs nothing. The folder is open meanwhile.
+/// names that are no text in the local encoding, which Qt could not hand back to the system.
+/// Returns false when the folder cannot be read, or not to its end. Logs nothing. The folder is
+/// open meanwhile.
 ///
 /// Qt's own listings make an object for each entry, and from some version of Qt 6 on they end at
 /// the first name that is no text.
-void visitEntries(const QByteArray &folder, const EntryVisitor &visit);
+bool visitEntries(const QByteArray &folder, const EntryVisitor &visit);

@@ -56,7 +56,7 @@ public:
     /// PlacedFiles::open()
     virtual bool openPlaced(const QString &path) = 0;
     /// visitFolder()
-    virtual void visitEntries(const QString &folder, const EntryVisitor &visit) = 0;
+    virtual bool visitEntries(const QString &folder, const EntryVisitor &visit) = 0;
     /// openToRead(): \a bytes becomes all that the file holds. Returns false if it cannot be
     /// opened.
     virtual bool readBytes(const QString &path, QByteArray &bytes) = 0;

@@ -83,13 +83,13 @@ bool claim(int handle)
     return isFree && (fstat(handle, &now) != 0 || now.st_nlink > 0);
 }
 
-/// Takes the file \a name away if no run works on it. Returns whether there was one.
-bool removeLeftover(const QByteArray &name)
+/// Takes the file \a name away if no run works on it.
+void removeLeftover(const QByteArray &name)
 {
     // A pipe of that name must not hold the run up.
     const Descriptor file(open(name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!file.isOpen()) {
-        return errno != ENOENT;
+        return;
     }
     struct stat locked = {};
     struct stat named = {};
@@ -99,14 +99,12 @@ bool removeLeftover(const QByteArray &name)
         && isSameFile(locked, named)) {
         static_cast<void>(unlink(name.constData()));
     }
-    return true;
 }
 
 void removeLeftovers(const QByteArray &folder)
 {
-    int number = 1;
-    while (number <= unfinishedNames && removeLeftover(candidate(folder, number))) {
-        ++number;
+    for (int number = 1; number <= unfinishedNames; ++number) {
+        removeLeftover(candidate(folder, number));
     }
 }
 
@@ -133,9 +131,21 @@ StandIn::StandIn(const QString &path)
 
 StandIn::~StandIn()
 {
+    giveUp();
+}
+
+void StandIn::giveUp()
+{
     if (!name.isEmpty()) {
         static_cast<void>(unlink(name.constData()));
+        name.clear();
     }
+    file = Descriptor();
+}
+
+void StandIn::clearPlace() const
+{
+    static_cast<void>(unlink(target.constData()));
 }
 
 StandIn::Place StandIn::place() const

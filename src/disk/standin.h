@@ -17,7 +17,7 @@
 /// place when it is complete: whoever looks finds the old content or the new one.
 ///
 /// A run that is killed leaves its stand-in behind, in the folder of the file, as
-/// ".drask-unfinished" or, if that is taken, with a number behind it. The next StandIn for that
+/// ".drask-unfinished" or, if that is taken, ".drask-unfinished-2". The next StandIn for that
 /// folder takes it away; that of a run that is still alive is locked and stays.
 ///
 /// QSaveFile does not do: it drops the file's owner, group, access list and further attributes,
@@ -63,6 +63,12 @@ public:
     /// Takes the place, whatever stands there by now. Returns false where that is not possible.
     bool takePlace();
 
+    /// Takes the new file away: its room may be needed.
+    void giveUp();
+
+    /// Takes away what stands in the place by now. For a place that was free.
+    void clearPlace() const;
+
 private:
     struct Seen;
 
@@ -82,8 +88,9 @@ inline constexpr QLatin1String unfinishedStem = ".drask-unfinished"_l1;
 /// file names. The first is number 1.
 QByteArray unfinishedName(const QString &folder, int number = 1);
 
-/// How many stand-ins there may be in one folder.
-inline constexpr int unfinishedNames = 9;
+/// How many stand-ins there may be in one folder. More than one is needed only while several runs
+/// write there.
+inline constexpr int unfinishedNames = 2;
 
 /// Takes away what killed runs left beside the file \a path.
 void clearUnfinished(const QString &path);

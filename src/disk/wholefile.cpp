@@ -6,7 +6,6 @@
 #include "disk/standin.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 namespace {
 
@@ -84,7 +83,9 @@ Outcome writeBeside(StandIn &standIn, const QFile *old, QIODevice::OpenMode mode
         return Outcome::Impossible;
     }
     if (!fill(standIn, content, reason)) {
-        return Outcome::Failed;
+        standIn.giveUp();
+        // Where there is no room for the whole text, there may be some for the addition.
+        return isAddition(mode) && old != nullptr ? Outcome::Impossible : Outcome::Failed;
     }
     // What somebody else has written must not go with an addition.
     if (isAddition(mode) && !standIn.isPlaceAsSeen()) {
@@ -158,9 +159,8 @@ Outcome writeNew(StandIn &standIn, const QString &path, QIODevice::OpenMode mode
         return Outcome::Failed;
     }
     const bool isWritten = writeAll(file, content, reason);
-    // To remove a link would leave what it leads to.
-    if (!isWritten && !QFileInfo(path).isSymLink()) {
-        static_cast<void>(file.remove());
+    if (!isWritten) {
+        standIn.clearPlace();
     }
     return outcomeOf(isWritten);
 }

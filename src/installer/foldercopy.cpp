@@ -67,11 +67,12 @@ int listMayaShelf(const QString &src, const QString &dst, QFile &manifest)
 }
 
 /// The names of the files, or of the folders, in the folder \a path, each after a "/". They are one
-/// text, since a list of so many objects would make memory grow with the plug-in.
+/// text, since a list of so many objects would make memory grow with the plug-in. What cannot be
+/// listed is not copied, so the log says so.
 QByteArray namesIn(const QString &path, EntryKind wanted)
 {
     QByteArray names;
-    visitFolder(path, [&](const QByteArray &name, EntryKind kind) {
+    const bool isComplete = visitFolder(path, [&](const QByteArray &name, EntryKind kind) {
         if (kind == EntryKind::LinkedFolder) {
             kind = EntryKind::Folder;
         }
@@ -80,6 +81,9 @@ QByteArray namesIn(const QString &path, EntryKind wanted)
             names += '/' + name;
         }
     });
+    if (!isComplete) {
+        qDebug() << Message::folderNotListed << path;
+    }
     return names;
 }
 

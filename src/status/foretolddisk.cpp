@@ -260,27 +260,30 @@ bool ForetoldDisk::openPlaced(const QString &path)
         && mayWriteNode(place);
 }
 
-void ForetoldDisk::visitEntries(const QString &folder, const EntryVisitor &visit)
+bool ForetoldDisk::visitEntries(const QString &folder, const EntryVisitor &visit)
 {
     const Place place = find(folder, LastLink::Follow);
     if (!place.isReachable || place.node->type != EntryType::Folder) {
-        return;
+        return false;
     }
-    QStringList changed = changedNames.value(place.path);
+    bool isComplete = true;
+    const QStringList changed = changedNames.value(place.path);
     if (!place.node->isOurs) {
-        ::visitEntries(encoded(place.path), [&](const QByteArray &name, EntryKind kind) {
-            if (!changed.contains(QFile::decodeName(name))) {
-                visit(name, kind);
-            }
-        });
+        isComplete = ::visitEntries(encoded(place.path),
+                                    [&](const QByteArray &name, EntryKind kind) {
+                                        if (!changed.contains(QFile::decodeName(name))) {
+                                            visit(name, kind);
+                                        }
+                                    });
     }
     // In which order the system would list these is not known.
-    for (const QString &name : qAsConst(changed)) {
+    for (const QString &name : changed) {
         const EntryType type = nodes.value(joined(place.path, name))->type;
         if (type != EntryType::Nothing && !name.startsWith(QLatin1Char('.'))) {
             visit(encoded(name), type == EntryType::Folder ? EntryKind::Folder : EntryKind::File);
         }
     }
+    return isComplete;
 }
 
 bool ForetoldDisk::readBytes(const QString &path, QByteArray &bytes)
@@ -348,10 +351,7 @@ void ForetoldDisk::clearUnfinished(const QString &path)
     for (int number = 1; number <= unfinishedNames && !folder.isEmpty(); ++number) {
         const QString name = QFile::decodeName(unfinishedName(folder, number));
         const Place place = find(name, LastLink::Keep);
-        if (!place.isReachable || place.node->type == EntryType::Nothing) {
-            return;
-        }
-        if (place.node->type == EntryType::File && mayReadNode(place)) {
+        if (place.isReachable && place.node->type == EntryType::File && mayReadNode(place)) {
             static_cast<void>(removeFile(name));
         }
     }

@@ -31,7 +31,7 @@ public:
     bool removeFile(const QString &path) override;
     bool copyFile(const QString &source, const QString &target) override;
     bool openPlaced(const QString &path) override;
-    void visitEntries(const QString &folder, const EntryVisitor &visit) override;
+    bool visitEntries(const QString &folder, const EntryVisitor &visit) override;
     bool readBytes(const QString &path, QByteArray &bytes) override;
     bool writeWhole(const QString &path, QIODevice::OpenMode mode,
                     const QByteArray &content) override;

@@ -218,6 +218,9 @@ bool RunReader::readCopy(LogLine &line)
     if (line.takeLabel(Message::cannotOpen) && line.takeText(file)) {
         static_cast<void>(host());
         add(Kind::ManifestNotWritten, file, QStringLiteral("The manifest cannot be written."));
+    } else if (line.takeLabel(Message::folderNotListed) && line.takeText(file)) {
+        static_cast<void>(host());
+        add(Kind::FileNotCopied, file, QStringLiteral("The folder cannot be listed."));
     } else if (line.takeLabel(Message::fileNotRemoved) && line.takeText(file)) {
         static_cast<void>(host());
         add(Kind::FileNotRemoved, file, QStringLiteral("The old file cannot be removed."));

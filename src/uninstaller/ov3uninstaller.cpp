@@ -72,13 +72,15 @@ QSet<QByteArray> legacyNames()
 void findLegacyFiles(const QByteArray &folder, QList<QString> &files)
 {
     static const QSet<QByteArray> names = legacyNames();
-    visitEntries(folder, [&](const QByteArray &name, EntryKind kind) {
+    const auto find = [&](const QByteArray &name, EntryKind kind) {
         if (kind == EntryKind::Folder) {
             findLegacyFiles(folder + '/' + name, files);
         } else if (kind != EntryKind::LinkedFolder && names.contains(name)) {
             files.append(QFile::decodeName(folder + '/' + name));
         }
-    });
+    };
+    // As with what cannot be deleted, a folder that cannot be read is no failure.
+    static_cast<void>(visitEntries(folder, find));
 }
 
 } // namespace

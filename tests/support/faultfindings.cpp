@@ -166,6 +166,16 @@ QStringList FaultStation::complaintsAboutTheRun(const RunResult &result, Fault f
     return complaints;
 }
 
+bool FaultStation::isSilentLoss(const RunResult &result, const Tree &now) const
+{
+    const QStringList names = shipped.keys();
+    return result.exitCode == 0 && log() == usualLog
+        && std::any_of(names.cbegin(), names.cend(), [&](const QString &name) {
+               // An old file that stays is no loss.
+               return installed.contains(name) && now.value(name) != installed.value(name);
+           });
+}
+
 bool FaultStation::isInstalled() const
 {
     return look() == installed;
@@ -185,6 +195,9 @@ Findings FaultStation::findings(const RunResult &result, Fault fault) const
     findings.complaints << complaintsAboutTheRun(result, fault) << complaintsAboutTheUsersFiles(now)
                         << complaintsAboutThePlugin(now, fault)
                         << complaintsAboutManifests(now, fault);
+    if (fault == Fault::Error && isSilentLoss(result, now)) {
+        findings.complaints << "a part of the plug-in is missing, without a word";
+    }
     return findings;
 }
 

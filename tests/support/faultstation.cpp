@@ -235,6 +235,7 @@ void FaultStation::recordUndisturbedRuns()
     first = look();
     const RunResult installation = run({}, options());
     installed = look();
+    usualLog = log();
     const RunResult again = run({"reinstall"}, options());
     settled = look();
     const auto isAsExpected = [this](const QString &name, const StartUpFile &file) {

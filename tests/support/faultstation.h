@@ -95,6 +95,7 @@ private:
     bool mayBeTouched(const QString &name) const;
     QStringList complaintsAboutTheRun(const RunResult &result, Fault fault) const;
     QStringList complaintsAboutTheUsersFiles(const Tree &now) const;
+    bool isSilentLoss(const RunResult &result, const Tree &now) const;
     QStringList complaintsAboutThePlugin(const Tree &now, Fault fault) const;
     QStringList complaintsAboutManifests(const Tree &now, Fault fault) const;
     bool namesNoOtherFile(const QByteArray &piece, const QByteArray &known) const;
@@ -119,7 +120,8 @@ private:
     Tree shipped;        ///< every plug-in file, where an installation puts it
     Tree first;
     Tree installed;
-    Tree settled; ///< after an installation and a "reinstall"
+    QStringList usualLog; ///< of the installation
+    Tree settled;         ///< after an installation and a "reinstall"
 };
 
 } // namespace test

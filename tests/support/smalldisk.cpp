@@ -70,6 +70,11 @@ void SmallDisk::fill() const
     while (file.write(block) == block.size()) { }
 }
 
+bool SmallDisk::mountByItself(const QString &name) const
+{
+    return mountOn(home + '/' + name, nullptr, MS_BIND);
+}
+
 void SmallDisk::change(const QByteArray &options) const
 {
     if (!mountOn(home, "tmpfs", MS_REMOUNT, options)) {

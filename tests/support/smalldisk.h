@@ -25,6 +25,10 @@ public:
     /// Writes a file until nothing more fits.
     void fill() const;
 
+    /// Makes the file \a name of the disk one that is mounted by itself; false where that cannot
+    /// be.
+    bool mountByItself(const QString &name) const;
+
     /// Gives the disk other \a options while it is in use.
     void change(const QByteArray &options) const;
 

@@ -268,14 +268,53 @@ private slots:
         QCOMPARE(test::looksOf(sandbox.path("file")), looks);
     }
 
-    void fullDiskLeavesNoNewFile()
+    void additionFitsWhereTheWholeTextDoesNot()
     {
         const test::Sandbox sandbox;
         const test::SmallDisk disk(sandbox.path(), "size=64k");
         if (!disk.isMounted()) {
             QSKIP("no disk of its own can be mounted here");
         }
+        sandbox.write("file", large);
+        sandbox.write("room", QByteArray(8192, 'r'));
+        disk.fill();
+        sandbox.remove("room");
+        QVERIFY(writeWhole(sandbox.path("file"), adding, QByteArray(4096, 'y'), nullptr));
+        QCOMPARE(sandbox.read("file"), large + QByteArray(4096, 'y'));
+    }
+
+    void fileThatIsMountedByItselfIsWrittenInPlace()
+    {
+        const test::Sandbox sandbox;
+        const test::SmallDisk disk(sandbox.path(), "size=64k");
+        sandbox.write("file", "old");
+        if (!disk.isMounted() || !disk.mountByItself("file")) {
+            QSKIP("no disk of its own can be mounted here");
+        }
+        QVERIFY(writeWhole(sandbox.path("file"), rewriting, "new", nullptr));
+        VERIFY_TREE(sandbox, {{"file", "new"}});
+    }
+
+    void fullDiskLeavesNoNewFile_data()
+    {
+        const test::Table<bool> table("isBesideImpossible");
+        table.row("beside", false);
+        table.row("in place", true);
+    }
+
+    void fullDiskLeavesNoNewFile()
+    {
+        QFETCH(bool, isBesideImpossible);
+        const test::Sandbox sandbox;
+        const test::SmallDisk disk(sandbox.path(), "size=64k");
+        if (!disk.isMounted()) {
+            QSKIP("no disk of its own can be mounted here");
+        }
         sandbox.makeLink("elsewhere", "link");
+        if (isBesideImpossible) {
+            sandbox.makeFolder(".drask-unfinished");
+            sandbox.makeFolder(".drask-unfinished-2");
+        }
         disk.fill();
         const test::Tree before = sandbox.tree();
 
