@@ -84,7 +84,7 @@ QList<PluginPathStruct> readHosts(ManagerSettings &settings)
     QList<PluginPathStruct> hosts;
     const QList<HostEntry> entries = settings.hostEntries();
     for (const HostEntry &entry : entries) {
-        hosts += getPluginInfoList(entry.application, entry.path);
+        hosts += getPluginInfoList(entry.application, entry.path, settings);
     }
     return hosts;
 }

@@ -80,11 +80,16 @@ QString PluginPathStruct::targetFolder() const
 
 QList<PluginPathStruct> getPluginInfoList(QString applicationName, QString path)
 {
+    return getPluginInfoList(std::move(applicationName), std::move(path),
+                             ManagerSettings(toolFolder()));
+}
+
+QList<PluginPathStruct> getPluginInfoList(QString applicationName, QString path,
+                                          const ManagerSettings &settings)
+{
     qDebug() << Message::applicationName << applicationName;
     qDebug() << Message::path << path;
-    const QString folder = toolFolder();
-    return installTargets(std::move(applicationName), std::move(path), folder,
-                          ManagerSettings(folder));
+    return installTargets(std::move(applicationName), std::move(path), toolFolder(), settings);
 }
 
 QStringList versionKeys()

@@ -37,6 +37,11 @@ struct PluginPathStruct {
 /// "path" with their values. The tool's folder is the program's own.
 QList<PluginPathStruct> getPluginInfoList(QString applicationName, QString path);
 
+/// The same with the \a settings of the manager, for those who ask for many hosts: to open them
+/// anew for each is felt.
+QList<PluginPathStruct> getPluginInfoList(QString applicationName, QString path,
+                                          const ManagerSettings &settings);
+
 /// The settings' keys of all versions, as they stand in the file: "plugins/versionMaya" and so on.
 QStringList versionKeys();
 
