@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Holds every source against the formatter, the licence line, shellcheck, yamllint, cppcheck, clazy
-# and clang-tidy. Ends with 1 when one of them has something to say.
+# Holds every source against the formatter, the licence line, shellcheck, yamllint, ansible-lint,
+# cppcheck, clazy and clang-tidy. Ends with 1 when one of them has something to say.
 set -u
 # shellcheck source=prepare.sh
 . "$(dirname "$0")/prepare.sh"
@@ -36,7 +36,7 @@ cpp_files() { git ls-files 'src/*.cpp' 'tests/*.cpp' 'bench/*.cpp'; }
 cpp_and_headers() { git ls-files '*.cpp' '*.h'; }
 shell_files() {
     git ls-files demo test .ci/run 'scripts/*.sh' 'scripts/**/*.sh' bench/run 'bench/*.sh' \
-        'tests/packages/*.ba*' cmake/packaging/postrm
+        'tests/packages/*.ba*' 'tests/fleet/*' 'deploy/*/*.sh' cmake/packaging/postrm
 }
 
 check_licences() {
@@ -70,6 +70,10 @@ clazy_tests() {
 format_all() { cpp_and_headers | xargs clang-format --dry-run -Werror; }
 shell_all() { shell_files | xargs shellcheck -x; }
 yaml_all() { git ls-files '*.yml' .yamllint | xargs yamllint --strict; }
+ansible_all() {
+    (cd deploy/ansible && ansible-lint --offline --profile production --quiet --nocolor \
+        playbooks/*.yml roles/plugins galaxy.yml meta/runtime.yml)
+}
 cppcheck_sources() {
     # useStlAlgorithm: a loop over a table reads better than a lambda.
     cppcheck --enable=warning,style,performance,portability --inline-suppr --library=qt \
@@ -84,6 +88,11 @@ check "licence lines" check_licences
 check "shellcheck" shell_all
 check "oddities" scripts/deliberate.sh
 check "yamllint" yaml_all
+if command -v ansible-lint >/dev/null; then
+    check "ansible-lint" ansible_all
+else
+    echo "ansible-lint   skipped: no package of it here"
+fi
 check "cppcheck" cppcheck_sources
 if command -v clazy-standalone >/dev/null; then
     check "clazy" clazy_sources

@@ -16,18 +16,19 @@ debian_qt() { [ "${DRASK_QT-}" = 6 ] && echo qt6-base-dev || echo qtbase5-dev; }
 brew_qt() { [ "${DRASK_QT-}" = 5 ] && echo qt@5 || echo qtbase; }
 
 # The packages that a purpose needs, by package manager. Purposes: build test lint memory coverage
-# fuzz bench docs package.
+# fuzz bench docs package fleet.
 debian_packages() {
     case $1 in
         build) echo "g++ cmake ninja-build $(debian_qt)" ;;
         test) echo "ccache lld strace util-linux mount python3-jsonschema" ;;
-        lint) echo "clang-format clang-tidy clazy cppcheck shellcheck yamllint" ;;
+        lint) echo "clang-format clang-tidy clazy cppcheck shellcheck yamllint ansible-lint" ;;
         memory) echo "valgrind" ;;
         coverage) echo "gcovr" ;;
         fuzz) echo "clang libclang-rt-dev" ;;
         bench) echo "hyperfine gnuplot-nox rsync time" ;;
         docs) echo "doxygen graphviz linkchecker lowdown mandoc" ;;
         package) echo "bats dpkg-dev file" ;;
+        fleet) echo "ansible-core bats openssh-client openssh-server" ;;
         *) fail "There is no list of packages for '$1'" ;;
     esac
 }
@@ -35,12 +36,13 @@ debian_packages() {
 brew_packages() {
     case $1 in
         build) echo "cmake ninja $(brew_qt)" ;;
-        lint) echo "clang-format llvm cppcheck shellcheck yamllint" ;;
+        lint) echo "clang-format llvm cppcheck shellcheck yamllint ansible-lint" ;;
         coverage) echo "gcovr" ;;
         fuzz) echo "llvm" ;;
         bench) echo "hyperfine gnuplot rsync" ;;
         docs) echo "doxygen graphviz linkchecker lowdown mandoc" ;;
         test) echo "ccache" ;;
+        fleet) echo "ansible bats-core" ;;
         memory | package) echo "" ;;
         *) fail "There is no list of packages for '$1'" ;;
     esac

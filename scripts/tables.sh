@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# scripts/tables.sh writes the tables of hosts in the pages and in the fuzzer's dictionary from
-# data/hosts.txt. "scripts/tables.sh check" writes nothing and ends with 1 when one is out of date.
+# scripts/tables.sh writes the tables of hosts in the pages, in the fuzzer's dictionary and in the
+# Ansible role from data/hosts.txt. "scripts/tables.sh check" writes nothing and ends with 1 when one is out of date.
 # shellcheck disable=SC2016 # the dollars are awk's, the backquotes the pages'
 set -eu
 cd "$(dirname "$0")/.."
@@ -31,6 +31,14 @@ dictionary_words() {
     rows 'print "\"" $1 "\""'
 }
 
+role_table() {
+    rows '{printf "  %s: [%s, %s]\n", $1, $3, $4}'
+}
+
+role_choices() {
+    rows '{printf "              - %s\n", $1}'
+}
+
 # put PAGE WRITER: what WRITER prints goes between the lines of PAGE that say "table of hosts" and
 # "end of the table".
 put() {
@@ -53,4 +61,6 @@ put() {
 put docs/integration.md page_table
 put docs/drask-installer.1 manual_list
 put tests/fuzz/dictionaries/fuzz_settings.dict dictionary_words
+put deploy/ansible/roles/plugins/vars/main.yml role_table
+put deploy/ansible/roles/plugins/meta/argument_specs.yml role_choices
 exit "$failed"

@@ -1,0 +1,186 @@
+#!/usr/bin/env bats
+# SPDX-License-Identifier: MIT
+# A studio from the first roll-out to the removal. The cases are one story: each goes on from where
+# the one before ended, since a first roll-out takes most of the time.
+# shellcheck disable=SC2154 # support.bash sets them
+load support
+
+setup_file() { build_studio; }
+teardown_file() { tear_down_studio; }
+setup() {
+    [ -f "$studio/inventory.yml" ] || skip "ansible-core or the ssh client is not on this machine"
+    if [ -d "$studio/sshd" ]; then connection=ssh; else connection=local; fi
+}
+
+# foretold ACTION…: the paths that are told of with one of them.
+foretold() {
+    printf '%s' "$output" | python3 -c 'import sys, yaml
+for part in sys.stdin.read().split("    msg:\n")[1:]:
+    lines = part.split("\nok:")[0].split("\n\n")[0]
+    for line in yaml.safe_load(lines):
+        action, path = line.split(" ", 1)
+        if action in sys.argv[1:]:
+            print(path)' "$@" | sort
+}
+names() { sed 's/ [fdl] [0-7]* [0-9.]* [0-9]*$//' | sort; }
+all() { printf "$1 %.0s" 1 2 3 4 5 6 | sed 's/ $//'; }
+
+@test "check mode before the first roll-out foretells every file and touches nothing" {
+    all_looks >"$studio/before.txt"
+    played "$(all changed)" install --check --diff
+    diff "$studio/before.txt" <(all_looks)
+    foretold make makeFolder >"$studio/foretold.txt"
+}
+
+@test "the first roll-out makes what was foretold, and all fifteen hosts are whole" {
+    played "$(all changed)" install
+    all_whole
+    # What the role itself brings stands in the managers' folders.
+    comm -13 <(names <"$studio/before.txt") <(all_looks | names) | grep -v "/Drask M" \
+        | diff <(grep -v "/Drask M" "$studio/foretold.txt") -
+    same "the user" "$(head -n 1 "$(modo ws4)/manager.cfg")" Zoë
+    [ -z "${DRASK_PRIVATE_MOUNTS-}" ] || [ -z "$(find "$(home ws4)/${place[ws4]}" -uid 0)" ]
+}
+
+@test "a second roll-out changes nothing, in few round trips" {
+    played "$(all ok)" install -vvv
+    local trips
+    trips=$(grep -c 'SSH: EXEC\|^<ws[0-9]> EXEC' <<<"$output")
+    # At most twelve for each; the first of them look for the Python.
+    [ "$trips" -gt 0 ] && [ "$trips" -le 72 ] || fail "$trips round trips to six workstations"
+}
+
+# ws1: a new plug-in. ws2: a new, hostile user. ws3: a file deleted. ws4: a folder in a file's place.
+# ws5: a file edited. ws6: away.
+@test "update, new user, drift, obstacle and a workstation that is away: foretold, done, told" {
+    cp -r "$studio/plugins" "$studio/plugins8"
+    echo 8 >"$studio/plugins8/modo/version.txt"
+    echo "modo 8" >"$studio/plugins8/modo/drask.py"
+    vars ws1 "drask_plugins: $studio/plugins8" "drask_username: Zoë"
+    hostile="{{ 7*7 }} \"; [plugins], %41 @Variant(\\x00) \$(id) 'x"
+    vars ws2 "drask_plugins: $studio/plugins" "drask_username: !unsafe $(yaml_text "$hostile")"
+    rm "$(modo ws3)/drask.py"
+    rm "$(modo ws4)/drask.js"
+    mkdir -p "$(modo ws4)/drask.js/somebody's"
+    rm "$(host ws4 lightwave)/Plugins/drask/manager.cfg"
+    mkdir "$(host ws4 lightwave)/Plugins/drask/manager.cfg"
+    echo edited >"$(modo ws5)/drask.py"
+    [ "$connection" = local ] || stop_sshd ws6
+    away=$([ "$connection" = local ] && echo ok || echo away)
+    all_looks >"$studio/before.txt"
+    played "changed changed changed red changed $away" install --check
+    diff "$studio/before.txt" <(all_looks)
+
+    played "changed changed changed red changed $away" install
+    says "drask-installer ended with 3."
+    says "Could not write config file in:"
+    says "Something else stands in the file's place: $(modo ws4)/drask.js"
+    all_whole ws1 ws2 ws3 ws5
+    same "ws1's plug-in" "$(cat "$(modo ws1)/drask.py")" "modo 8"
+    same "ws2's user" "$(head -n 1 "$(host ws2 blender)/scripts/startup/adrask/manager.cfg")" "$hostile"
+    [ -d "$(modo ws4)/drask.js/somebody's" ]
+}
+
+@test "an obstacle keeps a workstation red until it is gone, and stops a canary" {
+    [ "$connection" = local ] || start_sshd ws6
+    played "red" canary --limit ws4,ws5
+    says "NO MORE HOSTS LEFT"
+    rmdir "$(modo ws4)/drask.js/somebody's" "$(modo ws4)/drask.js" \
+        "$(host ws4 lightwave)/Plugins/drask/manager.cfg"
+    # Two runs at a time wait for each other.
+    flock "$(manager ws5)/.drask-fleet/lock" sh -c "sleep 3; : >'$studio/released'" &
+    played "ok ok ok changed ok ok" install
+    [ -e "$studio/released" ]
+    all_whole
+}
+
+# Kills the installer as soon as a file of its copy is there.
+lay_killer() {
+    put "$(manager "$1")/cputype" <<TEXT
+#!/bin/sh
+run=\$PPID
+(while [ ! -e "$2" ]; do :; done; kill -9 \$run) >/dev/null 2>&1 &
+TEXT
+    chmod a+rx "$(manager "$1")/cputype"
+}
+
+@test "a run killed in the middle and a full disk are red, and the next run mends them" {
+    local number
+    cp -r "$studio/plugins" "$studio/plugins9"
+    echo 9 >"$studio/plugins9/modo/version.txt"
+    for ((number = 0; number < 400; ++number)); do echo 9 >"$studio/plugins9/modo/part_$number"; done
+    head -c 3000000 /dev/urandom >"$studio/plugins9/rhino/large"
+    echo 9 >"$studio/plugins9/rhino/version.txt"
+    vars ws1 "drask_plugins: $studio/plugins9"
+    lay_killer ws1 "$(modo ws1)/part_399"
+    full=ok
+    if [ -n "${DRASK_PRIVATE_MOUNTS-}" ]; then
+        vars ws5 "drask_plugins: $studio/plugins9" "drask_username: Zoë"
+        cp -a "$(host ws5 rhino)" "$studio/rhino"
+        mount -t tmpfs -o size=2m tmpfs "$(host ws5 rhino)"
+        cp -a "$studio/rhino/." "$(host ws5 rhino)"
+        full=red
+    fi
+    played "red ok ok ok $full ok" install
+    says "ended by signal 9"
+    if [ $full = red ]; then
+        says "bytes;"
+        same "the plug-in on the full disk" "$(cat "$(host ws5 rhino)/Plug-ins/Drask/version.txt")" 7
+        mount -o remount,size=9m "$(host ws5 rhino)"
+        full=changed
+    fi
+    rm "$(manager ws1)/cputype"
+    played "changed ok ok ok $full ok" install
+    all_whole ws1 ws5
+    [ "$(find "$(modo ws1)" -name 'part_*' | wc -l)" -eq 400 ]
+}
+
+@test "verify tells drift, a JSON file for each target and a table" {
+    rm "$(modo ws3)/drask.py"
+    all_looks >"$studio/before.txt"
+    played "ok ok red ok ok ok" verify
+    diff "$studio/before.txt" <(all_looks)
+    says "The file is missing: $(modo ws3)/drask.py"
+    grep -F "| ws3 | modo | damaged | 7 | 7 |" "$studio/drask-reports/table.md"
+    grep -F "| ws6 | 3dsmax | whole | 7 | 7 |" "$studio/drask-reports/table.md"
+    python3 -c 'import json, sys
+hosts = json.load(open(sys.argv[1]))["hosts"]
+assert [host["state"] for host in hosts] == ["damaged", "whole", "whole"], hosts' "$studio/drask-reports/ws3.json"
+}
+
+@test "removal takes the plug-ins, with a purge what the role brought, and nobody's own files" {
+    local ws key
+    all_looks >"$studio/before.txt"
+    played "$(all changed)" remove --check
+    diff "$studio/before.txt" <(all_looks)
+    rm "$(modo ws4)/drask.js"
+    mkdir -p "$(modo ws4)/drask.js/somebody's"
+    played "changed changed changed red changed changed" remove
+    says "This file cannot be deleted"
+    [ -e "$(modo ws4)/drask.py" ]
+    rmdir "$(modo ws4)/drask.js/somebody's" "$(modo ws4)/drask.js"
+    echo mine | put "$(manager ws2)/DraskDrop/mine"
+    played "$(all changed)" remove -e drask_purge=true
+    for ws in $workstations; do
+        for key in ${keys[$ws]}; do
+            same "own file" "$(cat "$(host "$ws" "$key")/own file.txt")" "$ws"
+        done
+        same "what is left of the plug-ins" \
+            "$(find "$(home "$ws")/${place[$ws]}" -name drask.py -o -name manager.cfg)" ""
+    done
+    grep -qx "import own" "$(host ws1 maya)/scripts/userSetup.py"
+    grep -qx "OWN = 1" "$(host ws2 houdini)/houdini.env"
+    [ ! -e "$(manager ws1)" ]
+    same "ws2's folder" "$(cd "$(manager ws2)" && find . -type f)" ./DraskDrop/mine
+    played "$(all ok)" remove -e drask_purge=true
+}
+
+@test "root, an unknown host and a line break are refused before anything is touched" {
+    vars ws1 "drask_plugins: $studio/plugins" "drask_user: root"
+    vars ws2 "drask_plugins: $studio/plugins" "drask_hosts: [{application: word, path: /x}]"
+    vars ws3 "drask_plugins: $studio/plugins" 'drask_username: "a\nb"'
+    all_looks >"$studio/before.txt"
+    played "red red red" install --limit ws1,ws2,ws3
+    diff "$studio/before.txt" <(all_looks)
+    says "line break"
+}
