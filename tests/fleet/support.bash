@@ -251,6 +251,7 @@ status() {
 # all_whole [WORKSTATION…]: without any, all of them.
 all_whole() {
     local ws
+    # shellcheck disable=SC2086 # a list of names
     [ $# -gt 0 ] || set -- $workstations
     for ws in "$@"; do
         status "$ws" verify --all >"$studio/status.txt" || fail "$ws" "$(cat "$studio/status.txt")"

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """settings.ini, by the rules of docs/formats.md."""
 import os
+import re
 
 from basics import Trouble, read_text
 
@@ -37,25 +38,58 @@ def wanted_settings(request, plugins):
     }
 
 
-def merged_settings(old, wanted, version_keys):
-    """The wanted settings, and of the old ones what the role knows nothing of."""
+def plain(value):
+    """What a value in the file says; None where that takes more than this to understand."""
+    value = value.strip()
+    if len(value) > 1 and value.startswith('"') and value.endswith('"'):
+        value = value[1:-1]
+    elif set(value) & set('",;'):
+        return None
+    text = re.sub(r'\\(["\\])', r"\1", value)
+    return text[1:] if text.startswith("@@") else None if text.startswith("@") else text
+
+
+def parsed(text):
+    """The lines of each section; those before the first belong to None."""
     sections = {None: []}
     name = None
-    for line in old.splitlines():
+    for line in text.splitlines():
         words = line.strip()
-        key = words.split("=")[0].strip()
         if words.startswith("[") and words.endswith("]"):
             name = words[1:-1].strip()
             sections.setdefault(name, [])
-        elif words and name != "pluginpaths" and key not in wanted.get(name, {}) \
-                and not (name == "plugins" and key in version_keys):
+        elif words:
             sections[name].append(line)
-    for name in wanted:
-        sections.setdefault(name, [])
+    return sections
+
+
+def key_of(line):
+    return line.split("=")[0].strip()
+
+
+def says_already(sections, wanted):
+    """Whether the manager, who writes in a style of its own, has all that is wanted in there."""
+    for name, entries in wanted.items():
+        there = {key_of(line): plain(line.partition("=")[2]) for line in sections.get(name, [])}
+        if any(there.get(key) != plain(value) for key, value in entries.items()) \
+                or name == "pluginpaths" and set(there) != set(entries):
+            return False
+    return True
+
+
+def merged_settings(old, wanted, version_keys):
+    """The wanted settings, and of the old ones what the role knows nothing of."""
+    sections = parsed(old)
+    if says_already(sections, wanted):
+        return old
     lines = sections.pop(None)
-    for name, foreign in sections.items():
-        own = ["%s=%s" % entry for entry in wanted.get(name, {}).items()]
-        lines += ["[%s]" % name] + own + foreign + [""]
+    for name in list(sections) + [name for name in wanted if name not in sections]:
+        own = wanted.get(name, {})
+        ours = set(own) | (version_keys if name == "plugins" else set())
+        lines += ["[%s]" % name] + ["%s=%s" % entry for entry in own.items()]
+        if name != "pluginpaths":
+            lines += [line for line in sections.get(name, []) if key_of(line) not in ours]
+        lines.append("")
     return "\n".join(lines)
 
 
