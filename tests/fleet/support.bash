@@ -89,6 +89,8 @@ make_programs() {
         find "$folder" -maxdepth 1 -type f \( -name drask-installer -o -name drask-status \) \
             -exec cp {} "$studio/drask-programs/" \;
     done
+    # What makes them slow to carry is only of use to a debugger.
+    strip "$studio"/drask-programs/* 2>/dev/null || true
     tar -czf "$studio/programs.tar.gz" -C "$studio" drask-programs
 }
 
@@ -133,7 +135,11 @@ way_to() {
     fi
     case $1 in
         ws[123]) [ "$connection" = local ] || echo ", ansible_user: $(user "$1")" ;;
-        *) [ "$connection" = local ] || echo ", ansible_user: $(id -un)" ;;
+        *)
+            [ "$connection" = local ] || echo ", ansible_user: $(id -un)"
+            # The others let Ansible find it.
+            [ ! -x /usr/bin/python3 ] || echo ", ansible_python_interpreter: /usr/bin/python3"
+            ;;
     esac
     [ -z "${DRASK_PRIVATE_MOUNTS-}" ] || echo ", ansible_become_method: su"
 }
