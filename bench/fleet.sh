@@ -44,14 +44,16 @@ make_studio() {
         >"$studio/ansible.cfg"
 }
 
+now() { python3 -c 'import time; print(time.time())'; }
+
 # roll_out CHANGED: rolls out and verifies that all workstations did, or did not, change; the seconds
 # become $seconds.
 roll_out() {
     local start end
-    start=$(date +%s.%N)
+    start=$(now)
     HOME=$studio/home ANSIBLE_CONFIG=$studio/ansible.cfg ANSIBLE_PIPELINING=true \
         ansible-playbook drask.installer.install >"$studio/output.txt" 2>&1
-    end=$(date +%s.%N)
+    end=$(now)
     [ "$(grep -c " changed=$1 .* failed=0 " "$studio/output.txt")" -eq "$count" ] \
         || fail "$(cat "$studio/output.txt")" "The roll-out failed, or did what it was not to do"
     seconds=$(awk "BEGIN {print $end - $start}")

@@ -39,12 +39,12 @@ render() {
 
 check_links() {
     local site=$1 page output pages=()
-    for page in *.md docs/*.md tests/*/*.md; do
+    for page in *.md docs/*.md tests/*/*.md deploy/*/*.md; do
         render "$site" "$page"
         pages+=("$site/${page%.md}.html")
     done
     # What pages link to besides pages.
-    cp -R LICENSE scripts "$site"
+    cp -R LICENSE scripts deploy "$site"
     cp docs/*.svg docs/*.json "$site/docs"
     echo "[AnchorCheck]" >"$site/settings"
     # Started by root, it works as another user. It looks at nothing outside the folder.

@@ -42,7 +42,7 @@ brew_packages() {
         bench) echo "hyperfine gnuplot rsync" ;;
         docs) echo "doxygen graphviz linkchecker lowdown mandoc" ;;
         test) echo "ccache" ;;
-        fleet) echo "ansible bats-core" ;;
+        fleet) echo "ansible" ;;
         memory | package) echo "" ;;
         *) fail "There is no list of packages for '$1'" ;;
     esac
