@@ -240,7 +240,7 @@ int Player::playRuns(const Sections &sections, int at)
 /// Puts down what \a section says of the last of \a runs, or of one more.
 void Player::tell(QVector<Run> &runs, const Section &section, int place) const
 {
-    static const QRegularExpression form("^(\\w*) ?(?:-> (.*))?$");
+    static const QRegularExpression form("^(kept|found)? ?(?:-> (.*))?$");
     const Run first = runs.first();
     QStringList lines = vocabulary.expanded(section.lines);
     lines.removeAll(QString());
@@ -304,7 +304,6 @@ void Player::hold(const Run &run)
     QMap<QString, QStringList> given{
         {"run", linesOf(after.log.mid(before.log.size()))},
         {"errors", linesOf(after.errors.mid(before.errors.size()))},
-        {"changes", changesBetween(sorted(before.tree), sorted(after.tree))},
     };
     Tree expected = before.tree;
     QMap<QString, QString> wrong{
@@ -318,6 +317,7 @@ void Player::hold(const Run &run)
     }
     // A table is brought up to date by hand.
     if (purpose == Purpose::Accept && row.isEmpty()) {
+        given["changes"] = changesBetween(sorted(before.tree), sorted(after.tree));
         accept(run, given, wrong);
         wrong.clear();
     }
