@@ -6,7 +6,7 @@ import shutil
 import tempfile
 
 from archives import unpack_archive
-from basics import read_text, write_whole
+from basics import Trouble, read_text, write_whole
 from programs import ask
 from settings import settings_for
 
@@ -118,12 +118,22 @@ def choose_mode(plan, verify, report):
     return "install" if is_to_do(plan) or plan["result"] == "problems" else "none"
 
 
+def hold_hosts(request, verify):
+    """The programs read out of settings.ini what was put there, or all else is about other hosts."""
+    read = {(host["key"], host["path"]) for host in verify["hosts"]}
+    asked = {(host["application"], host["path"]) for host in request["hosts"]}
+    if read != asked:
+        raise Trouble("settings.ini is not read as it was written: %s"
+                      % ", ".join(sorted("(%s) %s" % each for each in read ^ asked)))
+
+
 class Look:
     """All that the programs can say before a run."""
 
     def __init__(self, target, inquire):
         self.doctor = inquire("doctor")
         self.verify = inquire("verify")
+        hold_hosts(target.request, self.verify)
         self.report = inquire("report")
         self.plan = inquire("plan")
         self.mode = choose_mode(self.plan, self.verify, self.report)
