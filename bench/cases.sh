@@ -7,6 +7,7 @@
 
 plugin=$work/tool/plugins/modo
 program=$work/tool/drask-installer
+status=$work/tool/drask-status
 bare=$build/bench/drask-bench-bare
 operation=$build/bench/drask-bench-operation
 settings=$work/tool/settings.ini
@@ -22,6 +23,8 @@ title() {
         idle) echo "nothing to do, 15 hosts" ;;
         hosts_150) echo "nothing to do, 150 hosts" ;;
         hosts_1500) echo "nothing to do, 1,500 hosts" ;;
+        plan) echo "drask-status plan, nothing to do, 15 hosts" ;;
+        whole) echo "drask-status verify, 2,000 files of 2 KiB" ;;
         remove) echo "removal by a manifest of 20,000 lines" ;;
         legacy) echo "legacy removal, 40,000 files in 400 folders" ;;
         maya) echo "new path in a userSetup.py of 10 MB" ;;
@@ -37,6 +40,7 @@ wrong() {
 make_workstation() {
     mkdir -p "$work/tool/plugins" "$work/host"
     cp "$build/src/drask-installer" "$program"
+    cp "$build/src/status/drask-status" "$status"
 }
 
 # write_settings FILE FOLDER HOSTS: that many hosts, all "modo", in FOLDER, FOLDER2, …
@@ -158,6 +162,31 @@ reset_hosts_1500() { :; }
 verify_idle() { verify_idle_hosts 15; }
 verify_hosts_150() { verify_idle_hosts 150; }
 verify_hosts_1500() { verify_idle_hosts 1500; }
+
+make_plan() { make_idle_hosts 15; }
+commands_plan() {
+    echo "program|$status plan"
+    echo "the idle run|$program"
+}
+reset_plan() { :; }
+verify_plan() { "$status" plan >/dev/null || wrong "there is something to do"; }
+
+make_whole() {
+    local file=$work/host/Scripts/drask/part_aaaaa
+    make_install 2000 2048
+    printf 7 >"$plugin/version.txt"
+    reset_install
+    (cd "$work/tool" && "$program") || wrong "nothing to look at could be installed"
+    printf x | dd of="$file" bs=1 seek=2047 conv=notrunc status=none
+    "$status" verify | grep -q part_aaaaa || wrong "a changed byte was not found"
+    cp "$plugin/part_aaaaa" "$file"
+}
+commands_whole() {
+    echo "program|$status verify"
+    echo "diff -rq|diff -rq -x uninstall.ini -x manager.cfg $plugin $work/host/Scripts/drask"
+}
+reset_whole() { :; }
+verify_whole() { "$status" verify >/dev/null || wrong "something is not whole"; }
 
 make_remove() {
     make_install 20000 2048

@@ -55,6 +55,8 @@ public:
     ~NativeSettings();
     NativeSettings(const NativeSettings &) = delete;
     NativeSettings &operator=(const NativeSettings &) = delete;
+    NativeSettings(NativeSettings &&) = delete;
+    NativeSettings &operator=(NativeSettings &&) = delete;
 
     /// Gives \a key the value \a value.
     void set(const QString &key, const QString &value);

@@ -24,6 +24,8 @@ public:
     virtual ~OtherDisk() = default;
     OtherDisk(const OtherDisk &) = delete;
     OtherDisk &operator=(const OtherDisk &) = delete;
+    OtherDisk(OtherDisk &&) = delete;
+    OtherDisk &operator=(OtherDisk &&) = delete;
 
     /// The one in place; null when the real disk is meant.
     static OtherDisk *inPlace();
@@ -36,6 +38,8 @@ public:
         ~Guard();
         Guard(const Guard &) = delete;
         Guard &operator=(const Guard &) = delete;
+        Guard(Guard &&) = delete;
+        Guard &operator=(Guard &&) = delete;
     };
 
     /// The folder that the tool is taken to lie in, without a trailing slash.

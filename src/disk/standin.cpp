@@ -29,7 +29,7 @@ QByteArray folderOf(const QByteArray &path)
 
 QByteArray candidate(const QByteArray &folder, int number)
 {
-    const QByteArray first = folder + unfinishedStem.data();
+    const QByteArray first = folder + ".drask-unfinished";
     return number == 1 ? first : first + '-' + QByteArray::number(number);
 }
 

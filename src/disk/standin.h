@@ -2,10 +2,8 @@
 #pragma once
 
 #include "disk/descriptor.h"
-#include "literals.h"
 
 #include <QByteArray>
-#include <QLatin1String>
 #include <QString>
 
 #include <memory>
@@ -80,9 +78,6 @@ private:
     QByteArray name; ///< of the new file; empty when there is none
     Descriptor file;
 };
-
-/// What the name of every stand-in begins with.
-inline constexpr QLatin1String unfinishedStem = ".drask-unfinished"_l1;
 
 /// The name of a stand-in in the folder \a folder, which has no trailing slash, in the encoding of
 /// file names. The first is number 1.

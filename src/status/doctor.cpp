@@ -28,7 +28,7 @@ QFileInfo nearestThere(const QString &path)
             current = QStringLiteral("/");
         }
     }
-    return QFileInfo(current);
+    return {current};
 }
 
 QList<Problem> checkWritable(const QString &folder)

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr qint64 blockSize = 64 * 1024;
+constexpr qint64 blockSize = 65536;
 
 } // namespace
 
@@ -44,8 +44,8 @@ Sameness compareFiles(const QString &first, const QString &second)
     if (!one.open(mode) || !other.open(mode)) {
         return Sameness::CannotTell;
     }
-    std::array<char, blockSize> bytes{};
-    std::array<char, blockSize> otherBytes{};
+    static std::array<char, blockSize> bytes;
+    static std::array<char, blockSize> otherBytes;
     while (true) {
         const qint64 size = one.read(bytes.data(), blockSize);
         const qint64 otherSize = other.read(otherBytes.data(), blockSize);

@@ -5,6 +5,12 @@
 
 #include <QFileInfo>
 
+namespace {
+
+constexpr int ownerReads = 0400;
+
+} // namespace
+
 Change ForetoldDisk::changeAt(const QString &path, const Node &node) const
 {
     const EntryFacts before = factsOf(QFile::encodeName(path));
@@ -35,4 +41,23 @@ QList<Change> ForetoldDisk::changes() const
         }
     }
     return all;
+}
+
+Found ForetoldDisk::look(const QString &path)
+{
+    const Place place = find(path, LastLink::Follow);
+    if (!place.isReachable || place.node->type == EntryType::Nothing) {
+        return find(path, LastLink::Keep).node && exists(path) ? Found::Unreadable : Found::Nothing;
+    }
+    if (place.node->type != EntryType::File) {
+        return Found::NoFile;
+    }
+    return mayReadNode(place) && (place.node->mode & ownerReads) != 0 ? Found::File
+                                                                      : Found::Unreadable;
+}
+
+QString ForetoldDisk::realName(const QString &path)
+{
+    const Place place = find(path, LastLink::Follow);
+    return place.isReachable ? place.path : absolute(path);
 }

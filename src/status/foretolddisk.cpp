@@ -93,32 +93,42 @@ ForetoldDisk::Place ForetoldDisk::placeOf(const QString &path) const
     return {true, false, folderOf(path), path, nodeAt(path)};
 }
 
+/// The place of \a name, which may be a dot or two, in \a folder.
+ForetoldDisk::Place ForetoldDisk::stepTo(const QString &folder, const QString &name) const
+{
+    if (name == "."_l1) {
+        return placeOf(folder);
+    }
+    return placeOf(name == ".."_l1 ? folderOf(folder) : joined(folder, name));
+}
+
+/// Where the way goes on after \a link: from the place that is returned, by the names in \a left.
+ForetoldDisk::Place ForetoldDisk::follow(const Place &link, QStringList &left) const
+{
+    const QString text = QFile::decodeName(linkText(encoded(link.path)));
+    left = partsOf(text) + left;
+    return placeOf(text.startsWith(QLatin1Char('/')) ? QStringLiteral("/") : link.folder);
+}
+
 /// Goes from the folder \a start by the names \a left.
 ForetoldDisk::Place ForetoldDisk::walk(const QString &start, QStringList left,
                                        LastLink lastLink) const
 {
     Place place = placeOf(start);
     bool isBehindLink = false;
-    for (int links = 0; !left.isEmpty();) {
+    int links = 0;
+    while (!left.isEmpty()) {
         if (!enter(place.path, place.node) || encoded(left.first()).size() > longestName) {
             return {};
         }
-        const QString folder = place.path;
-        const QString name = left.takeFirst();
-        if (name == "."_l1 || name == ".."_l1) {
-            place = placeOf(name == "."_l1 ? folder : folderOf(folder));
-            continue;
-        }
-        place = placeOf(joined(folder, name));
-        if (place.node->type == EntryType::Link
-            && (!left.isEmpty() || lastLink == LastLink::Follow)) {
+        place = stepTo(place.path, left.takeFirst());
+        const bool isLast = left.isEmpty();
+        if (place.node->type == EntryType::Link && !(isLast && lastLink == LastLink::Keep)) {
             if (++links > mostLinks) {
                 return {};
             }
-            isBehindLink = isBehindLink || left.isEmpty();
-            const QString text = QFile::decodeName(linkText(encoded(place.path)));
-            left = partsOf(text) + left;
-            place = placeOf(text.startsWith(QLatin1Char('/')) ? QStringLiteral("/") : folder);
+            isBehindLink = isBehindLink || isLast;
+            place = follow(place, left);
         }
     }
     place.isBehindLink = isBehindLink || place.node->type == EntryType::Link;
@@ -138,7 +148,7 @@ ForetoldDisk::Place ForetoldDisk::find(const QString &path, LastLink lastLink)
     if (!known.isEmpty()) {
         return walk(known, partsOf(lastName), lastLink);
     }
-    const Place place = walk(QStringLiteral("/"), partsOf(whole), lastLink);
+    Place place = walk(QStringLiteral("/"), partsOf(whole), lastLink);
     const bool isName = !lastName.isEmpty() && lastName != "."_l1 && lastName != ".."_l1;
     if (place.isReachable && !place.isBehindLink && isName) {
         knownFolders.insert(words, place.folder);
@@ -312,7 +322,7 @@ ForetoldDisk::NodePointer ForetoldDisk::openToWrite(const QString &path, QIODevi
         return nullptr;
     }
     if (!nodes.contains(place.path)) {
-        const NodePointer node = put(place, place.node->type, place.node->mode);
+        NodePointer node = put(place, place.node->type, place.node->mode);
         node->isOurs = false;
         node->origin = place.path;
         return node;
@@ -377,23 +387,4 @@ bool ForetoldDisk::addTo(QFile &file, const QByteArray &text)
         node->bytes += text;
     }
     return node != nullptr;
-}
-
-Found ForetoldDisk::look(const QString &path)
-{
-    const Place place = find(path, LastLink::Follow);
-    if (!place.isReachable || place.node->type == EntryType::Nothing) {
-        return find(path, LastLink::Keep).node && exists(path) ? Found::Unreadable : Found::Nothing;
-    }
-    if (place.node->type != EntryType::File) {
-        return Found::NoFile;
-    }
-    return mayReadNode(place) && (place.node->mode & ownerReads) != 0 ? Found::File
-                                                                      : Found::Unreadable;
-}
-
-QString ForetoldDisk::realName(const QString &path)
-{
-    const Place place = find(path, LastLink::Follow);
-    return place.isReachable ? place.path : absolute(path);
 }

@@ -74,6 +74,8 @@ private:
 
     Place find(const QString &path, LastLink lastLink);
     Place walk(const QString &start, QStringList left, LastLink lastLink) const;
+    Place stepTo(const QString &folder, const QString &name) const;
+    Place follow(const Place &link, QStringList &left) const;
     Place placeOf(const QString &path) const;
     bool enter(const QString &folder, const NodePointer &node) const;
     NodePointer nodeAt(const QString &path) const;

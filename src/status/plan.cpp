@@ -33,6 +33,8 @@ public:
     }
     ForetoldLog(const ForetoldLog &) = delete;
     ForetoldLog &operator=(const ForetoldLog &) = delete;
+    ForetoldLog(ForetoldLog &&) = delete;
+    ForetoldLog &operator=(ForetoldLog &&) = delete;
 
     /// All of them so far.
     QString all() const

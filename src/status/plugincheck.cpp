@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "status/plugincheck.h"
 
+#include "disk/folderlisting.h"
+#include "disk/samefile.h"
 #include "hoststeps.h"
 #include "literals.h"
 #include "status/filelook.h"
@@ -8,7 +10,7 @@
 
 #include <QDateTime>
 #include <QDir>
-#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QSet>
 
@@ -19,14 +21,15 @@ constexpr QLatin1String manifestName = "/uninstall.ini"_l1;
 
 void listShipped(const QString &folder, const QString &prefix, QStringList &files)
 {
-    QDirIterator names(folder, QDir::Files);
-    while (names.hasNext()) {
-        names.next();
-        files << prefix + names.fileName();
-    }
-    const QStringList subFolders = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot,
-                                                          QDir::Unsorted);
-    for (const QString &name : subFolders) {
+    QStringList subFolders;
+    visitEntries(QFile::encodeName(folder), [&](const QByteArray &name, EntryKind kind) {
+        if (kind == EntryKind::File) {
+            files << prefix + QFile::decodeName(name);
+        } else if (kind != EntryKind::LinkedDevice) {
+            subFolders << QFile::decodeName(name);
+        }
+    });
+    for (const QString &name : qAsConst(subFolders)) {
         listShipped(folder + QLatin1Char('/') + name, prefix + name + QLatin1Char('/'), files);
     }
 }
@@ -172,10 +175,14 @@ void PluginCheck::checkShipped(const QString &name)
     if (exempt.contains(file)) {
         return;
     }
-    if (!isThere(file, lookAtCopy(file))) {
-        return;
+    const bool isSame = look == Look::Inside
+        && isSoundCopy(QFile::encodeName(file), QFile::encodeName(shipped));
+    if (!isSame) {
+        if (!isThere(file, lookAtCopy(file))) {
+            return;
+        }
+        checkContent(file, shipped);
     }
-    checkContent(file, shipped);
     if (manifestWasRead && isUnlisted(file)) {
         isEverythingListed = false;
         add(Kind::FileNotListed, file, QStringLiteral("The manifest does not list the file."));

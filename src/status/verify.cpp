@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "status/commands.h"
 
+#include "disk/folderlisting.h"
+#include "disk/rights.h"
 #include "disk/standin.h"
 #include "globals.h"
 #include "installer/managerconfig.h"
@@ -11,7 +13,7 @@
 #include "status/startupcheck.h"
 #include "textfile.h"
 
-#include <QDir>
+#include <QFile>
 #include <QSet>
 
 namespace {
@@ -73,13 +75,22 @@ QList<Problem> checkStartUp(const PluginPathStruct &target)
 /// Unfinished files of runs that were cut off, in \a folder alone.
 QList<Problem> findLeftOvers(const QString &folder)
 {
-    QList<Problem> problems;
-    const QStringList names = QDir(folder).entryList(QDir::Files | QDir::Hidden);
-    for (const QString &name : names) {
-        if (name.startsWith(unfinishedStem) || name.startsWith("qt_temp."_l1)) {
-            problems.append({Kind::LeftOver, folder + QLatin1Char('/') + name,
-                             QStringLiteral("A run that was cut off left this file.")});
+    QStringList files;
+    for (int number = 1; number <= unfinishedNames; ++number) {
+        const QByteArray name = unfinishedName(folder, number);
+        if (factsOf(name).type == EntryType::File) {
+            files << QFile::decodeName(name);
         }
+    }
+    visitEntries(QFile::encodeName(folder), [&](const QByteArray &name, EntryKind kind) {
+        if (kind == EntryKind::File && name.startsWith("qt_temp.")) {
+            files << folder + QLatin1Char('/') + QFile::decodeName(name);
+        }
+    });
+    QList<Problem> problems;
+    for (const QString &file : qAsConst(files)) {
+        problems.append(
+            {Kind::LeftOver, file, QStringLiteral("A run that was cut off left this file.")});
     }
     return problems;
 }
