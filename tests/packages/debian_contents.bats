@@ -52,6 +52,17 @@ usr/share/zsh/vendor-completions/_drask-status"
         "$(dpkg-parsechangelog --file "$contents/changelog" --show-field Version)" "$version-1"
 }
 
+@test "the shell completes commands and their options" {
+    # shellcheck disable=SC1091
+    . "$contents/usr/share/bash-completion/completions/drask-status"
+    COMP_WORDS=(drask-status pl) COMP_CWORD=1
+    _drask_status
+    same "what pl becomes" "${COMPREPLY[*]}" plan
+    COMP_WORDS=(drask-status plan --m) COMP_CWORD=2
+    _drask_status
+    same "what --m becomes" "${COMPREPLY[*]}" --mode
+}
+
 @test "all files belong to root" {
     same "whose files are not of root" \
         "$(dpkg-deb --contents "$package" | grep -v ' root/root ')" ""

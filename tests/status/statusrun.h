@@ -25,8 +25,14 @@ struct StatusRun {
     QStringList pathsOf(const QString &kind) const;
 };
 
+/// Whether this machine has what holds an output against the schema.
+bool hasSchemaValidator();
+
+/// What of the schema \a object does not keep; "ok" for nothing.
+QByteArray judgementOf(const QJsonObject &object);
+
 /// Runs drask-status for the tool's folder of \a workstation and holds every JSON output against
-/// the schema: one that does not keep it ends the test program.
+/// the schema, where that is possible: one that does not keep it ends the test program.
 StatusRun runStatus(const Workstation &workstation, const QStringList &words,
                     const RunOptions &options = {});
 

@@ -2,6 +2,7 @@
 #include "status/jsonoutput.h"
 
 #include "status/answer.h"
+#include "statusrun.h"
 #include "testprogram.h"
 
 #include <QJsonArray>
@@ -15,6 +16,7 @@ class tst_JsonOutput : public QObject {
 private slots:
     void answerIsOneObject();
     void whatIsNotKnownIsNull();
+    void schemaTellsRightFromWrong();
 };
 
 void tst_JsonOutput::answerIsOneObject()
@@ -58,6 +60,19 @@ void tst_JsonOutput::whatIsNotKnownIsNull()
     const QJsonObject host = object["hosts"].toArray().first().toObject();
     QVERIFY(host["installed"].isNull() && host["wanted"].isNull());
     QVERIFY(toJson(answer).endsWith("}\n"));
+}
+
+void tst_JsonOutput::schemaTellsRightFromWrong()
+{
+    if (!test::hasSchemaValidator()) {
+        QSKIP("python3-jsonschema is not on this machine");
+    }
+    Answer answer;
+    answer.command = "doctor";
+    QJsonObject object = QJsonDocument::fromJson(toJson(answer)).object();
+    QCOMPARE(test::judgementOf(object), QByteArray("ok"));
+    object["result"] = "fine";
+    QVERIFY(test::judgementOf(object).contains("result"));
 }
 
 DRASK_TEST(tst_JsonOutput)
