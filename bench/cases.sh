@@ -72,6 +72,13 @@ commands_install() {
     echo "bare loop|$bare install $work/bare.ini $plugin $work/version.txt"
     echo "cp -r|cp -r $plugin $work/person"
 }
+# both_qts CASE: the program of a case, from either build.
+both_qts() {
+    local words
+    words=$("commands_$1" | sed -n 's/^program|//p')
+    echo "Qt 5|${words/$program/$program-qt5}"
+    echo "Qt 6|${words/$program/$program-qt6}"
+}
 # The same promise: every file is on the disk afterwards.
 commands_install_on_disk() {
     commands_install | head -n 1
@@ -97,6 +104,7 @@ make_install_20000() { make_install 20000 2048; }
 make_install_large() { make_install 100 1048576; }
 for case_name in install_100 install_2000 install_20000 install_large; do
     eval "commands_$case_name() { commands_install; }
+          commands_${case_name}_both_qts() { both_qts $case_name; }
           commands_${case_name}_on_disk() { commands_install_on_disk; }
           reset_$case_name() { reset_install; }
           verify_$case_name() { verify_install; }"
@@ -156,6 +164,7 @@ make_hosts_1500() { make_idle_hosts 1500; }
 commands_idle() { commands_idle_hosts; }
 commands_hosts_150() { commands_idle_hosts; }
 commands_hosts_1500() { commands_idle_hosts; }
+commands_idle_both_qts() { both_qts idle; }
 reset_idle() { :; }
 reset_hosts_150() { :; }
 reset_hosts_1500() { :; }
@@ -201,6 +210,7 @@ commands_remove() {
     echo "bare loop|$bare remove $work/host/Scripts/drask/uninstall.ini"
     echo "xargs rm|xargs -a $work/installed/Scripts/drask/uninstall.ini rm"
 }
+commands_remove_both_qts() { both_qts remove; }
 reset_remove() {
     rm -rf "$work/host"
     cp -r "$work/installed" "$work/host"

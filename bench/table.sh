@@ -87,6 +87,36 @@ measure_memory() {
     memory_row "(an empty QtCore program)" "$build/bench/drask-bench-empty"
 }
 
+# mebibytes FILE…
+mebibytes() { cat "$@" | wc -c | awk '{printf "%.1f", $1 / 1024 / 1024}'; }
+
+# The portable archive holds the libraries; the tables of ICU are most of them.
+measure_sizes() {
+    local version archive idle=() install=() whole=() without=()
+    make_idle
+    for version in 5 6; do idle+=("$(cd "$work/tool" && peak_memory "$program-qt$version")"); done
+    make_install_2000
+    for version in 5 6; do
+        reset_install
+        install+=("$(cd "$work/tool" && peak_memory "$program-qt$version")")
+        verify_install
+        archive=$(echo "$build/qt$version"/drask-installer-*.tar.gz)
+        whole+=("$(mebibytes "$archive")")
+        rm -rf "$work/archive"
+        mkdir "$work/archive"
+        tar -xzf "$archive" --exclude 'libicu*' -C "$work/archive"
+        without+=("$(tar -czf - -C "$work/archive" . | mebibytes)")
+    done
+    cat <<TEXT
+| what, MiB | Qt 5 | Qt 6 |
+|---|---:|---:|
+| peak memory, nothing to do | ${idle[0]} | ${idle[1]} |
+| peak memory, install of 2,000 files | ${install[0]} | ${install[1]} |
+| the archive | ${whole[0]} | ${whole[1]} |
+| the archive, if it could do without ICU | ${without[0]} | ${without[1]} |
+TEXT
+}
+
 describe_machine() {
     local processor
     processor=$(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo 2>/dev/null | head -n 1)
@@ -97,8 +127,9 @@ describe_machine() {
 }
 
 qt_version() {
-    sed -n 's/^set(PACKAGE_VERSION \(.*\))/\1/p' \
-        "$(sed -n 's/^Qt5Core_DIR:PATH=//p' "$build/CMakeCache.txt")/Qt5CoreConfigVersion.cmake"
+    local folder
+    folder=$(sed -n 's/^Qt[56]Core_DIR:PATH=//p' "$build/CMakeCache.txt")
+    cat "$folder"/Qt?CoreConfigVersion*.cmake | sed -n 's/^ *set(PACKAGE_VERSION "*\([0-9.]*\)"*)/\1/p' | head -n 1
 }
 
 file_system() { df -T "$1" 2>/dev/null | awk 'NR == 2 {print $2}'; }

@@ -112,6 +112,11 @@ int serveListedHosts(RunMode mode)
 
 } // namespace
 
+void dropMessage(QtMsgType /*type*/, const QMessageLogContext & /*context*/,
+                 const QString & /*message*/)
+{
+}
+
 int runMode(const CommandLine &commandLine)
 {
     switch (commandLine.mode) {
@@ -138,6 +143,10 @@ int runDriver(int argc, char *argv[])
     removePreviousLogs();
     // Qt takes options of its own out of argv; the words of the manager are ours to read.
     const std::vector<const char *> words(argv, argv + argc);
+    // Qt 6.5 and later complain of the machine's locale before there is a log, and of a pattern
+    // that is none even with one. Nobody reads the console.
+    static_cast<void>(qunsetenv("QT_MESSAGE_PATTERN"));
+    qInstallMessageHandler(dropMessage);
     const QCoreApplication application(argc, argv);
     qInstallMessageHandler(myMessageOutput);
     keepEveryMessage();

@@ -23,7 +23,8 @@ QFileInfo nearestThere(const QString &path)
 {
     QString current = QDir::cleanPath(path);
     while (!QFileInfo::exists(current) && current.contains(QLatin1Char('/'))) {
-        current = current.left(std::max(current.lastIndexOf(QLatin1Char('/')), 0));
+        current = current.left(
+            std::max(static_cast<int>(current.lastIndexOf(QLatin1Char('/'))), 0));
         if (current.isEmpty()) {
             current = QStringLiteral("/");
         }

@@ -72,7 +72,7 @@ bool LogLine::isDebug() const
 bool LogLine::takeLabel(const char *label)
 {
     const QLatin1String wanted(label);
-    const int end = position + wanted.size();
+    const int end = position + static_cast<int>(wanted.size());
     if (items.mid(position, wanted.size()) != wanted
         || (end < items.size() && items.at(end) != QLatin1Char(' '))) {
         return false;
@@ -105,8 +105,8 @@ bool LogLine::takeText(QString &text)
 
 bool LogLine::takeNumber(int &number)
 {
-    const int blank = items.indexOf(QLatin1Char(' '), position);
-    const int end = blank < 0 ? static_cast<int>(items.size()) : blank;
+    const auto blank = items.indexOf(QLatin1Char(' '), position);
+    const int end = static_cast<int>(blank < 0 ? items.size() : blank);
     const std::optional<qint64> value = wholeNumber(items.mid(position, end - position));
     if (!value || *value != static_cast<int>(*value)) {
         return false;

@@ -3,6 +3,7 @@
 
 #include "literals.h"
 #include "messages.h"
+#include "qtversions.h"
 #include "status/logline.h"
 #include "status/setup.h"
 
@@ -384,9 +385,9 @@ RunStory RunReader::finish(const QString &errors)
 RunStory readRun(const QString &log, const QString &errors, const TargetLookUp &targetsOf)
 {
     RunReader reader(targetsOf);
-    int begin = 0;
+    TextPosition begin = 0;
     // A last line without its end was cut off.
-    for (int end = log.indexOf(QLatin1Char('\n')); end >= 0;
+    for (auto end = log.indexOf(QLatin1Char('\n')); end >= 0;
          end = log.indexOf(QLatin1Char('\n'), begin)) {
         reader.read(LogLine(log.mid(begin, end - begin)));
         begin = end + 1;

@@ -83,8 +83,10 @@ Answer answerTo(const Options &options)
 
 int runStatus(int argc, char *argv[])
 {
-    const QCoreApplication application(argc, argv);
+    // As in the installer: Qt complains of locale and pattern on the console.
+    static_cast<void>(qunsetenv("QT_MESSAGE_PATTERN"));
     qInstallMessageHandler(dropMessage);
+    const QCoreApplication application(argc, argv);
     const ParsedWords words = parseWords(QCoreApplication::arguments());
     if (!words.error.isEmpty()) {
         print(stderr, words.error.toLocal8Bit());

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "statusrun.h"
 
-#include "ordinaryuser.h"
-
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
@@ -43,25 +41,6 @@ public:
 
 private:
     QProcess validator;
-};
-
-class StatusProcess : public QProcess {
-public:
-    explicit StatusProcess(const RunOptions &howToRun)
-        : options(howToRun)
-    {
-    }
-
-protected:
-    void setupChildProcess() override
-    {
-        if (options.asOrdinaryUser) {
-            becomeOrdinaryUser();
-        }
-    }
-
-private:
-    const RunOptions &options;
 };
 
 QJsonObject validObject(const QByteArray &output)
@@ -136,7 +115,7 @@ QStringList StatusRun::pathsOf(const QString &kind) const
 StatusRun runStatus(const Workstation &workstation, const QStringList &words,
                     const RunOptions &options)
 {
-    StatusProcess process(options);
+    ProgramProcess process(options);
     QProcessEnvironment environment = options.environment;
     environment.insert("LC_ALL", "C.UTF-8");
     process.setProcessEnvironment(environment);

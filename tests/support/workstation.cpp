@@ -1,48 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "workstation.h"
 
-#include "ordinaryuser.h"
-
 #include <QFile>
-#include <QProcess>
 
 namespace test {
-
-namespace {
-
-/// A child process that is made ready before it becomes the program.
-class ProgramProcess : public QProcess {
-public:
-    explicit ProgramProcess(const RunOptions &howToRun)
-        : options(howToRun)
-    {
-#if QT_VERSION_MAJOR >= 6
-        setChildProcessModifier([this] { prepare(); });
-    }
-
-private:
-#else
-    }
-
-protected:
-    void setupChildProcess() override
-    {
-        prepare();
-    }
-
-private:
-#endif
-    void prepare() const
-    {
-        if (options.asOrdinaryUser) {
-            becomeOrdinaryUser();
-        }
-    }
-
-    const RunOptions &options;
-};
-
-} // namespace
 
 Workstation::Workstation()
 {

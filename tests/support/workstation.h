@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ordinaryuser.h"
 #include "sandbox.h"
 
 #include <QList>
 #include <QPair>
-#include <QProcessEnvironment>
+#include <QProcess>
 #include <QStringList>
 
 namespace test {
@@ -25,6 +26,38 @@ struct RunOptions {
     int timeoutMs = 60000;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     QStringList through; ///< words of a command to run it through, such as a tracer
+};
+
+/// A child process that is made ready before it becomes the program.
+class ProgramProcess : public QProcess {
+public:
+    explicit ProgramProcess(const RunOptions &howToRun)
+        : options(howToRun)
+    {
+#if QT_VERSION_MAJOR >= 6
+        setChildProcessModifier([this] { prepare(); });
+    }
+
+private:
+#else
+    }
+
+protected:
+    void setupChildProcess() override
+    {
+        prepare();
+    }
+
+private:
+#endif
+    void prepare() const
+    {
+        if (options.asOrdinaryUser) {
+            becomeOrdinaryUser();
+        }
+    }
+
+    const RunOptions &options;
 };
 
 /// An artist's machine in a sandbox: the tool's folder "tool" with the built program in it, its
