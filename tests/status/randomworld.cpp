@@ -85,9 +85,13 @@ RandomWorld::RandomWorld(std::uint32_t seed)
     writeSettings();
     give();
     if (chance(60)) {
-        RunOptions before = user();
-        run({}, before);
+        run({}, user());
     }
+    disturbAll();
+}
+
+void RandomWorld::disturbAll()
+{
     for (const QString &folder : qAsConst(folders)) {
         if (chance(60)) {
             disturb(folder);
@@ -242,14 +246,18 @@ void RandomWorld::disturb(const QString &folder)
     }
 }
 
+/// A link to nothing, to a file, or to itself.
+void RandomWorld::makeAnyLink(const QString &relative)
+{
+    write("linked.txt", "linked");
+    giveToOrdinaryUser(path("linked.txt"));
+    const QString nowhere = path("nowhere " + QString::number(below(3)));
+    makeLink(oneOf(QStringList{nowhere, path("linked.txt"), path(relative)}), relative);
+}
+
 void RandomWorld::disturbFile(const QString &relative)
 {
     const QString whole = path(relative);
-    const auto clear = [this, &whole, &relative] {
-        if (QFileInfo::exists(whole) || QFileInfo(whole).isSymLink()) {
-            remove(relative);
-        }
-    };
     const bool isFolder = QFileInfo(whole).isDir() && !QFileInfo(whole).isSymLink();
     switch (below(isFolder ? 5 : 12)) {
     case 0:
@@ -258,53 +266,57 @@ void RandomWorld::disturbFile(const QString &relative)
     case 1:
         static_cast<void>(lchown(QFile::encodeName(whole).constData(), 0, 0));
         break;
-    case 2:
-        if (relative != "tool" && !relative.startsWith("tool/plugins")) {
-            clear();
-            write(relative, "an obstacle");
-        }
-        break;
-    case 3:
-        clear();
-        break;
     case 4:
         if (isFolder) {
             write(relative + oneOf(QStringList{"/one more", "/.drask-unfinished"}), "own");
-            break;
+        } else {
+            replaceFile(relative);
         }
-        clear();
-        makeFolder(relative + "/in the way");
-        break;
-    case 5:
-        clear();
-        makeLink(path("nowhere " + QString::number(below(3))), relative);
-        break;
-    case 6:
-        clear();
-        write("linked.txt", "linked");
-        giveToOrdinaryUser(path("linked.txt"));
-        makeLink(path("linked.txt"), relative);
-        break;
-    case 7:
-        clear();
-        makeLink(whole, relative);
-        break;
-    case 8:
-        clear();
-        write(relative, "");
         break;
     case 9:
         setMode(whole, oneOf(std::vector<unsigned>{0444U, 0400U, 0200U, 0777U, 0U}));
         break;
-    default:
+    case 10:
+    case 11:
         if (QFileInfo(whole).isSymLink()) {
-            clear();
+            remove(relative);
         }
         write(relative, oneOf(contents));
+        break;
+    default:
+        replaceFile(relative);
         break;
     }
     if (relative == "tool") {
         setMode(path("tool"), 0755);
+    }
+}
+
+/// Puts nothing, an obstacle, an empty file, a folder or a link in the place of \a relative.
+void RandomWorld::replaceFile(const QString &relative)
+{
+    const bool isOfTheTool = relative == "tool" || relative.startsWith("tool/plugins");
+    const QString whole = path(relative);
+    if (QFileInfo::exists(whole) || QFileInfo(whole).isSymLink()) {
+        remove(relative);
+    }
+    switch (below(7)) {
+    case 0:
+        if (!isOfTheTool) {
+            write(relative, "an obstacle");
+        }
+        break;
+    case 1:
+        break;
+    case 2:
+        makeFolder(relative + "/in the way");
+        break;
+    case 3:
+        write(relative, "");
+        break;
+    default:
+        makeAnyLink(relative);
+        break;
     }
 }
 

@@ -35,8 +35,11 @@ private:
     void makeMayaTemplate(const QString &source);
     void addRandomHost(const QString &key);
     void makeStartUpFiles(const QString &key, const QString &folder);
+    void disturbAll();
     void disturb(const QString &folder);
+    void makeAnyLink(const QString &relative);
     void disturbFile(const QString &relative);
+    void replaceFile(const QString &relative);
     QString anyEntry(const QString &folder);
     void give();
 

@@ -6,6 +6,25 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+namespace {
+
+/// Hosts with a registry and start-up files, and a companion that would show that it was started.
+class Station : public test::Workstation {
+public:
+    Station()
+    {
+        addSetting("plugins", "versionRhino=1\nversionMaya=1\nversionHoudini=1");
+        for (const char *key : {"rhino", "maya", "houdini"}) {
+            addPlugin(key, {{"version.txt", "1"}, {"drask_userSetup.py", "#drask_installed\n"}});
+            addHost(key, path(QString("hosts/") + key));
+        }
+        addCpuType("touch started\n");
+        writeSettings();
+    }
+};
+
+} // namespace
+
 class tst_status_traced : public QObject {
     Q_OBJECT
 
@@ -31,15 +50,7 @@ void tst_status_traced::nothingIsWrittenAndNothingStarted()
     if (!test::Tracer::obstacle().isEmpty()) {
         QSKIP(qPrintable(test::Tracer::obstacle()));
     }
-    test::Workstation station;
-    station.addSetting("plugins", "versionRhino=1\nversionMaya=1\nversionHoudini=1");
-    for (const char *key : {"rhino", "maya", "houdini"}) {
-        station.addPlugin(key,
-                          {{"version.txt", "1"}, {"drask_userSetup.py", "#drask_installed\n"}});
-        station.addHost(key, station.path(QString("hosts/") + key));
-    }
-    station.addCpuType("touch started\n");
-    station.writeSettings();
+    const Station station;
     if (words.first() != "plan") {
         VERIFY_RUN(station.run(), 0);
     }
