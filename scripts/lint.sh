@@ -71,7 +71,7 @@ format_all() { cpp_and_headers | xargs clang-format --dry-run -Werror; }
 shell_all() { shell_files | xargs shellcheck -x; }
 yaml_all() { git ls-files '*.yml' .yamllint | xargs yamllint --strict; }
 ansible_all() {
-    (cd deploy/ansible && ansible-lint --offline --profile production --quiet --nocolor \
+    (cd deploy/ansible && ansible-lint --offline --profile production -q --nocolor \
         playbooks/*.yml roles/plugins galaxy.yml meta/runtime.yml)
 }
 cppcheck_sources() {

@@ -59,6 +59,7 @@ private:
 inline bool writeBytes(int file, const char *bytes, std::size_t size)
 {
     for (std::size_t written = 0; written < size;) {
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-bounds-pointer-arithmetic)
         const ssize_t count = write(file, bytes + written, size - written);
         if (count < 0) {
             return false;

@@ -29,6 +29,8 @@ struct ConfigFiles {
     QString extension;
 };
 
+// A position is a number, of whatever size.
+// cppcheck-suppress passedByValue
 QString underOptions(const QString &menu, const QString &lower, TextPosition options)
 {
     const auto lineEnd = lower.indexOf(lineBreak, options + 1);

@@ -80,6 +80,7 @@ int addToUserSetup(const QString &target, const QString &backup, const QString &
                    const QString &pluginFolder)
 {
     if (!fileExists(backup)) {
+        // NOLINTNEXTLINE(readability-suspicious-call-argument): the target is what is kept.
         static_cast<void>(copyFile(target, backup));
     }
     QString templateText;

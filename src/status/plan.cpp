@@ -21,9 +21,9 @@ namespace {
 class ForetoldLog {
 public:
     ForetoldLog()
+        : before(qInstallMessageHandler(collect))
     {
         text = &lines;
-        before = qInstallMessageHandler(collect);
         keepEveryMessage();
     }
     ~ForetoldLog()
@@ -189,7 +189,10 @@ int ownerOf(const QString &path, const QStringList &targets, const QStringList &
     if (owner >= 0) {
         return owner;
     }
-    const auto leadsTo = [&path](const QString &target) { return isInside(target, path); };
+    const auto leadsTo = [&path](const QString &target) {
+        // NOLINTNEXTLINE(readability-suspicious-call-argument): the target is looked for in it.
+        return isInside(target, path);
+    };
     const auto led = std::find_if(targets.cbegin(), targets.cend(), leadsTo);
     return led != targets.cend() ? static_cast<int>(led - targets.cbegin())
                                  : innermost(path, folders);

@@ -11,6 +11,25 @@
 
 namespace {
 
+// clang-format off
+/// What a line of a copy says of the one file or folder that it names.
+struct FileTrouble {
+    const char *message = nullptr;
+    Kind kind = Kind::FileNotCopied;
+    QLatin1String sentence;
+};
+
+constexpr FileTrouble fileTroubles[] = {
+    {Message::cannotOpen,      Kind::ManifestNotWritten, "The manifest cannot be written."_l1},
+    {Message::folderNotListed, Kind::FileNotCopied,      "The folder cannot be listed."_l1},
+    {Message::fileNotRemoved,  Kind::FileNotRemoved,     "The old file cannot be removed."_l1},
+    {Message::fileLost,        Kind::FileNotCopied,      "The file did not reach the disk."_l1},
+    {Message::fileNotListed,   Kind::FileNotListed,      "The manifest does not list the file."_l1},
+    {Message::manifestLost,    Kind::ManifestNotWritten, "The manifest did not reach the disk."_l1},
+    {Message::fileNotWritable, Kind::FileNotWritable,    "The file cannot be opened for writing after the copy."_l1},
+};
+// clang-format on
+
 HostAnswer describe(const PluginPathStruct &target, State state)
 {
     HostAnswer host = describe(target);
@@ -216,36 +235,20 @@ bool RunReader::readCopy(LogLine &line)
 {
     QString file;
     QString target;
-    if (line.takeLabel(Message::cannotOpen) && line.takeText(file)) {
-        static_cast<void>(host());
-        add(Kind::ManifestNotWritten, file, QStringLiteral("The manifest cannot be written."));
-    } else if (line.takeLabel(Message::folderNotListed) && line.takeText(file)) {
-        static_cast<void>(host());
-        add(Kind::FileNotCopied, file, QStringLiteral("The folder cannot be listed."));
-    } else if (line.takeLabel(Message::fileNotRemoved) && line.takeText(file)) {
-        static_cast<void>(host());
-        add(Kind::FileNotRemoved, file, QStringLiteral("The old file cannot be removed."));
-    } else if (line.takeLabel(Message::fileNotCopied) && line.takeText(file)
-               && line.takeLabel(Message::copiedTo) && line.takeText(target)) {
+    for (const FileTrouble &trouble : fileTroubles) {
+        if (line.takeLabel(trouble.message) && line.takeText(file)) {
+            static_cast<void>(host());
+            add(trouble.kind, file, trouble.sentence);
+            return true;
+        }
+    }
+    if (line.takeLabel(Message::fileNotCopied) && line.takeText(file)
+        && line.takeLabel(Message::copiedTo) && line.takeText(target)) {
         static_cast<void>(host());
         add(Kind::FileNotCopied, target, QStringLiteral("The file cannot be copied."));
-    } else if (line.takeLabel(Message::fileLost) && line.takeText(file)) {
-        static_cast<void>(host());
-        add(Kind::FileNotCopied, file, QStringLiteral("The file did not reach the disk."));
-    } else if (line.takeLabel(Message::fileNotListed) && line.takeText(file)) {
-        static_cast<void>(host());
-        add(Kind::FileNotListed, file, QStringLiteral("The manifest does not list the file."));
-    } else if (line.takeLabel(Message::manifestLost) && line.takeText(file)) {
-        static_cast<void>(host());
-        add(Kind::ManifestNotWritten, file, QStringLiteral("The manifest did not reach the disk."));
-    } else if (line.takeLabel(Message::fileNotWritable) && line.takeText(file)) {
-        static_cast<void>(host());
-        add(Kind::FileNotWritable, file,
-            QStringLiteral("The file cannot be opened for writing after the copy."));
-    } else {
-        return false;
+        return true;
     }
-    return true;
+    return false;
 }
 
 bool RunReader::readEdit(LogLine &line)

@@ -8,6 +8,8 @@
 #include <QRegularExpression>
 #include <QSet>
 
+#include <utility>
+
 namespace {
 
 constexpr QLatin1String arrayName = "pluginpaths"_l1;
@@ -28,8 +30,8 @@ QSet<QString> knownKeys()
 /// Looks at a settings file line by line.
 class SettingsCheck {
 public:
-    explicit SettingsCheck(const QString &path)
-        : file(path)
+    explicit SettingsCheck(QString path)
+        : file(std::move(path))
     {
     }
 

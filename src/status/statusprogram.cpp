@@ -42,7 +42,7 @@ void noProgress(int /*done*/, int /*all*/, const QString & /*what*/)
 
 struct CommandRun {
     QLatin1String name;
-    Answer (*run)(const Options &options, const Progress &progress);
+    Answer (*run)(const Options &options, const Progress &progress) = nullptr;
 };
 
 // clang-format off

@@ -132,8 +132,8 @@ QString listed(const QString &headline, const QStringList &lines, Listing listin
 
 // clang-format off
 struct ChangeWords {
-    Action action;
-    bool differs;
+    Action action = Action::Make;
+    bool differs = false;
     QLatin1String one;
     QLatin1String many;
 };
@@ -192,27 +192,42 @@ QString told(const QString &sentence, const QString &path)
             + gap + gap + path + QLatin1Char('\n');
 }
 
+/// What the problems of one kind say, in their order, and of which files.
+struct Sentences {
+    QStringList order;
+    QMap<QString, QStringList> pathsOf;
+
+    void add(const Problem &problem, const QString &folder)
+    {
+        const QString sentence = problem.text.endsWith(QLatin1Char('.')) ? problem.text.chopped(1)
+                                                                         : problem.text;
+        if (!pathsOf.contains(sentence)) {
+            order << sentence;
+        }
+        const bool isSaid = problem.path.isEmpty() || problem.path == folder;
+        pathsOf[sentence] << (isSaid ? QString() : relativeTo(folder, problem.path));
+    }
+};
+
+Sentences sentencesOf(Kind kind, const QList<Problem> &problems, const QString &folder)
+{
+    Sentences sentences;
+    for (const Problem &problem : problems) {
+        if (problem.kind == kind) {
+            sentences.add(problem, folder);
+        }
+    }
+    return sentences;
+}
+
 /// One line for each problem of the kind \a kind; those that share a sentence share its headline.
 QString textOf(Kind kind, const QList<Problem> &problems, const QString &folder, Listing listing)
 {
-    QMap<QString, QStringList> pathsOf;
-    QStringList sentences;
-    for (const Problem &problem : problems) {
-        if (problem.kind == kind) {
-            const QString sentence = problem.text.endsWith(QLatin1Char('.'))
-                ? problem.text.chopped(1)
-                : problem.text;
-            if (!pathsOf.contains(sentence)) {
-                sentences << sentence;
-            }
-            const bool isSaid = problem.path.isEmpty() || problem.path == folder;
-            pathsOf[sentence] << (isSaid ? QString() : relativeTo(folder, problem.path));
-        }
-    }
+    const Sentences sentences = sentencesOf(kind, problems, folder);
     QString text;
-    int left = listing == Listing::All ? static_cast<int>(sentences.size()) : entriesShown;
-    for (const QString &sentence : qAsConst(sentences)) {
-        const QStringList &paths = pathsOf[sentence];
+    int left = listing == Listing::All ? static_cast<int>(sentences.order.size()) : entriesShown;
+    for (const QString &sentence : sentences.order) {
+        const QStringList paths = sentences.pathsOf.value(sentence);
         if (left-- == 0) {
             return text
                 + QStringLiteral("  %1 and more of this kind (--all lists them)\n").arg(ellipsis);

@@ -16,6 +16,8 @@
 #include <QFile>
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 
 /// Appends what is wrong with a file that cannot be read as \a file, of which \a unreadable is the
@@ -121,12 +123,10 @@ QList<Problem> findAllLeftOvers(const PluginPathStruct &target)
 
 bool nothingIsThere(const QString &target)
 {
-    for (const QLatin1String name : {"/uninstall.ini"_l1, "/version.txt"_l1, "/manager.cfg"_l1}) {
-        if (lookAt(target + name) != Found::Nothing) {
-            return false;
-        }
-    }
-    return true;
+    const auto names = {"/uninstall.ini"_l1, "/version.txt"_l1, "/manager.cfg"_l1};
+    return std::all_of(names.begin(), names.end(), [&target](QLatin1String name) {
+        return lookAt(target + name) == Found::Nothing;
+    });
 }
 
 State stateOf(const QList<Problem> &problems)

@@ -86,7 +86,7 @@ struct Vocabulary {
         for (auto places = form.globalMatch(text); places.hasNext();) {
             const QRegularExpressionMatch place = places.next();
             const QString name = place.captured(3);
-            result += text.mid(end, place.capturedStart() - end);
+            result.append(text.constData() + end, place.capturedStart() - end);
             end = place.capturedEnd();
             if (!place.captured(2).isEmpty()) {
                 result += expanded(place.captured(1)).repeated(place.captured(2).toInt());

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <cstdint>
+#include <iterator>
 #include <random>
 
 /// \file
@@ -28,7 +29,7 @@ private:
     bool chance(int percent);
     template<class List> auto oneOf(const List &list)
     {
-        return list[below(static_cast<int>(list.size()))];
+        return *std::next(list.begin(), below(static_cast<int>(list.size())));
     }
 
     void makePlugin(const QString &source, int version, const QString &key);
