@@ -150,6 +150,8 @@ private slots:
         QCOMPARE(run(tracer.watch() + program), 0);
         QCOMPARE(sandbox.read("file"), after);
         const QMap<QByteArray, test::CallCount> counts = tracer.calls();
+        // What cannot be written beside may have room in place.
+        const bool hasAnotherWay = how == "add" && way == Way::Beside && kind != "missing";
 
         for (const char *call :
              {"openat", "write", "fsync", "close", "dup", "rename", "fchown", "fchmod", "flock",
@@ -169,7 +171,8 @@ private slots:
                         QCOMPARE(where + complaint(sandbox, before, after, looks, code), where);
                     }
                     // What has not reached the disk is not written.
-                    QVERIFY2(call != QByteArray("fsync") || code != 0, qPrintable(where));
+                    QVERIFY2(call != QByteArray("fsync") || code != 0 || hasAnotherWay,
+                             qPrintable(where));
                     QCOMPARE(run(program), 0);
                     QVERIFY2(!sandbox.exists(".drask-unfinished"), qPrintable(where));
                 }

@@ -7,9 +7,7 @@ export LC_ALL=C.UTF-8
 
 repository=$(cd "$BATS_TEST_DIRNAME/../.." && pwd)
 version=$(sed -n 's/.*installerVersion = "\([0-9.]*\)".*/\1/p' "$repository/src/globals.h")
-# Read by the tests.
-# shellcheck disable=SC2034
-qt_library=libQt${DRASK_QT:=5}Core.so.$DRASK_QT
+export qt_library=libQt${DRASK_QT:=5}Core.so.$DRASK_QT
 
 fail() {
     printf '%s\n' "$@"
