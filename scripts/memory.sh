@@ -15,7 +15,6 @@ tst_scenarios --only mode-*
 tst_scenarios --only studio-*
 tst_scenarios --only artists-*
 tst_scenarios --only maya-*
-tst_scenarios --only houdini-*
 tst_scenarios --only legacy-all-hosts
 TEXT
 }

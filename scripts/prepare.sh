@@ -124,9 +124,9 @@ configure_and_build() {
     run_quietly cmake --build "$folder"
 }
 
-# build_program FOLDER builds the program, and nothing else, in FOLDER.
+# build_program FOLDER builds the two programs, and nothing else, in FOLDER.
 build_program() {
     run_quietly cmake -S "$repository" -B "$1" -G Ninja -DCMAKE_BUILD_TYPE=Release \
         -DDRASK_BUILD_TESTS=OFF -DDRASK_QT="${DRASK_QT-}"
-    run_quietly cmake --build "$1" --target drask-installer
+    run_quietly cmake --build "$1" --target drask-installer drask-status
 }
