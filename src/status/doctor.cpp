@@ -29,7 +29,8 @@ QFileInfo nearestThere(const QString &path)
             current = QStringLiteral("/");
         }
     }
-    return {current};
+    QFileInfo found(current);
+    return found;
 }
 
 QList<Problem> checkWritable(const QString &folder)
