@@ -113,7 +113,11 @@ TEXT
     "$(command -v sshd)" -f "$folder/config" -E "$folder/log"
 }
 
-stop_sshd() { kill "$(cat "$studio/sshd/$1/pid")" 2>/dev/null || true; }
+# Also the connections that the play before has left open for some seconds.
+stop_sshd() {
+    kill "$(cat "$studio/sshd/$1/pid")" 2>/dev/null || true
+    rm -f "$studio/controller/.ansible/cp"/*
+}
 
 start_all_sshds() {
     local ws port=$((20000 + $$ % 20000))
@@ -174,7 +178,7 @@ host_key_checking = false
 retry_files_enabled = false
 [ssh_connection]
 pipelining = true
-ssh_args = -o ControlMaster=auto -o ControlPersist=5s -o IdentityFile=$studio/key -o UserKnownHostsFile=/dev/null -o IdentitiesOnly=yes -o LogLevel=ERROR
+ssh_args = -o ControlMaster=auto -o ControlPersist=20s -o IdentityFile=$studio/key -o UserKnownHostsFile=/dev/null -o IdentitiesOnly=yes -o LogLevel=ERROR
 TEXT
     mkdir -p "$studio/collections/ansible_collections/drask"
     ln -s "$repository/deploy/ansible" "$studio/collections/ansible_collections/drask/installer"
