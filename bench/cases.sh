@@ -186,8 +186,8 @@ make_whole() {
     printf 7 >"$plugin/version.txt"
     reset_install
     (cd "$work/tool" && "$program") || wrong "nothing to look at could be installed"
-    printf x | dd of="$file" bs=1 seek=2047 conv=notrunc status=none
-    "$status" verify | grep -q part_aaaaa || wrong "a changed byte was not found"
+    printf xyz | dd of="$file" bs=1 seek=2045 conv=notrunc status=none
+    [[ $("$status" verify) == *part_aaaaa* ]] || wrong "a change was not found"
     cp "$plugin/part_aaaaa" "$file"
 }
 commands_whole() {
