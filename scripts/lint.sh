@@ -2,6 +2,9 @@
 # SPDX-License-Identifier: MIT
 # Holds every source against the formatter, the licence line, shellcheck, yamllint, ansible-lint,
 # cppcheck, clazy and clang-tidy. Ends with 1 when one of them has something to say.
+#
+#   scripts/lint.sh            all of them
+#   scripts/lint.sh --quick    without clazy and clang-tidy, which take most of the time
 set -u
 # shellcheck source=prepare.sh
 . "$(dirname "$0")/prepare.sh"
@@ -61,12 +64,11 @@ prepare_build() {
 # Qt Test's macros keep clang-tidy busy for a quarter of an hour: test programs are left to clazy.
 tidy_files() { git ls-files 'src/*.cpp' 'bench/*.cpp' 'tests/support/*.cpp'; }
 tidy_all() { tidy_files | xargs -P "$(getconf _NPROCESSORS_ONLN)" -n 4 clang-tidy --quiet -p "$build"; }
-clazy_sources() { git ls-files 'src/*.cpp' | xargs clazy-standalone -checks="$clazy_checks" -p "$build"; }
-clazy_tests() {
-    git ls-files 'tests/*.cpp' 'bench/*.cpp' \
-        | xargs -P "$(getconf _NPROCESSORS_ONLN)" -n 4 \
-            clazy-standalone -checks="$clazy_test_checks" -p "$build"
+clazy() {
+    xargs -P "$(getconf _NPROCESSORS_ONLN)" -n 4 clazy-standalone -checks="$1" -p "$build"
 }
+clazy_sources() { git ls-files 'src/*.cpp' | clazy "$clazy_checks"; }
+clazy_tests() { git ls-files 'tests/*.cpp' 'bench/*.cpp' | clazy "$clazy_test_checks"; }
 format_all() { cpp_and_headers | xargs clang-format --dry-run -Werror; }
 shell_all() { shell_files | xargs shellcheck -x; }
 yaml_all() { git ls-files '*.yml' .yamllint | xargs yamllint --strict; }
@@ -81,8 +83,7 @@ cppcheck_sources() {
         --error-exitcode=1 -Isrc src
 }
 
-install_packages build lint
-prepare_build
+if [ "${1-}" = --quick ]; then install_packages lint; else install_packages build analysis lint; fi
 check "clang-format" format_all
 check "licence lines" check_licences
 check "shellcheck" shell_all
@@ -94,6 +95,8 @@ else
     echo "ansible-lint   skipped: no package of it here"
 fi
 check "cppcheck" cppcheck_sources
+[ "${1-}" != --quick ] || exit "$failed"
+prepare_build
 if command -v clazy-standalone >/dev/null; then
     check "clazy" clazy_sources
     check "clazy (tests)" clazy_tests

@@ -21,7 +21,8 @@ debian_packages() {
     case $1 in
         build) echo "g++ cmake ninja-build $(debian_qt)" ;;
         test) echo "ccache lld strace util-linux mount python3-jsonschema" ;;
-        lint) echo "clang-format clang-tidy clazy cppcheck shellcheck yamllint ansible-lint" ;;
+        lint) echo "clang-format cppcheck shellcheck yamllint ansible-lint" ;;
+        analysis) echo "clang-tidy clazy" ;;
         memory) echo "valgrind" ;;
         coverage) echo "gcovr" ;;
         fuzz) echo "clang libclang-rt-dev" ;;
@@ -36,7 +37,8 @@ debian_packages() {
 brew_packages() {
     case $1 in
         build) echo "cmake ninja $(brew_qt)" ;;
-        lint) echo "clang-format llvm cppcheck shellcheck yamllint ansible-lint" ;;
+        lint) echo "clang-format cppcheck shellcheck yamllint ansible-lint" ;;
+        analysis) echo "llvm" ;;
         coverage) echo "gcovr" ;;
         fuzz) echo "llvm" ;;
         bench) echo "hyperfine gnuplot rsync" ;;
