@@ -27,7 +27,7 @@ debian_packages() {
         coverage) echo "gcovr" ;;
         fuzz) echo "clang libclang-rt-dev" ;;
         bench) echo "hyperfine gnuplot-nox rsync time" ;;
-        docs) echo "doxygen graphviz linkchecker lowdown mandoc" ;;
+        docs) echo "bats doxygen graphviz linkchecker locales lowdown mandoc python3" ;;
         package) echo "bats dpkg-dev file" ;;
         fleet) echo "ansible-core bats openssh-client openssh-server" ;;
         *) fail "There is no list of packages for '$1'" ;;
