@@ -7,12 +7,10 @@
 #include <array>
 #include <climits>
 
-EntryFacts factsOf(const QByteArray &path)
+namespace {
+
+EntryFacts factsIn(const struct stat &status)
 {
-    struct stat status = {};
-    if (lstat(path.constData(), &status) != 0) {
-        return {};
-    }
     const int mode = static_cast<int>(status.st_mode & 07777U);
     switch (status.st_mode & S_IFMT) {
     case S_IFREG:
@@ -24,6 +22,20 @@ EntryFacts factsOf(const QByteArray &path)
     default:
         return {EntryType::Other, mode};
     }
+}
+
+} // namespace
+
+EntryFacts factsOf(const QByteArray &path)
+{
+    struct stat status = {};
+    return lstat(path.constData(), &status) == 0 ? factsIn(status) : EntryFacts();
+}
+
+EntryFacts factsBehind(const QByteArray &path)
+{
+    struct stat status = {};
+    return stat(path.constData(), &status) == 0 ? factsIn(status) : EntryFacts();
 }
 
 QByteArray linkText(const QByteArray &path)

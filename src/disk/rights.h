@@ -19,6 +19,9 @@ struct EntryFacts {
 /// What lies at \a path; links are not followed.
 EntryFacts factsOf(const QByteArray &path);
 
+/// What lies at \a path, or where it leads if it is a link.
+EntryFacts factsBehind(const QByteArray &path);
+
 /// What the link \a path says, as it stands.
 QByteArray linkText(const QByteArray &path);
 

@@ -206,6 +206,21 @@ Gravity heaviest(const QList<Problem> &problems)
     return gravity;
 }
 
+State judged(const QList<Problem> &problems, const Verdicts &verdicts)
+{
+    switch (heaviest(problems)) {
+    case Gravity::Fails:
+        return verdicts.fails;
+    case Gravity::Unknown:
+        return State::Unknown;
+    case Gravity::Look:
+        return verdicts.look;
+    case Gravity::Note:
+        break;
+    }
+    return verdicts.fine;
+}
+
 Result Answer::result() const
 {
     Gravity gravity = heaviest(problems);

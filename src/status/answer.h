@@ -207,3 +207,13 @@ struct Answer {
 
 /// The heaviest gravity among \a problems; Note for none.
 Gravity heaviest(const QList<Problem> &problems);
+
+/// What a command calls a host by the heaviest of its problems.
+struct Verdicts {
+    State fine;  ///< for none, or notes
+    State look;  ///< for what has to be looked at
+    State fails; ///< for what fails
+};
+
+/// The one of \a verdicts that \a problems lead to; Unknown where something cannot be found out.
+State judged(const QList<Problem> &problems, const Verdicts &verdicts);

@@ -150,22 +150,7 @@ QList<Problem> checkUser(const Setup &setup)
     return {};
 }
 
-State stateOf(const QList<Problem> &problems)
-{
-    switch (heaviest(problems)) {
-    case Gravity::Fails:
-        return State::WillFail;
-    case Gravity::Unknown:
-        return State::Unknown;
-    case Gravity::Look:
-        return State::Look;
-    case Gravity::Note:
-        break;
-    }
-    return State::Fine;
-}
-
-HostAnswer examine(const PluginPathStruct &target, const Setup &setup)
+HostAnswer examine(const PluginPathStruct &target, const QSet<QString> &shared)
 {
     HostAnswer host = describe(target);
     host.problems = checkPath(target);
@@ -177,12 +162,12 @@ HostAnswer examine(const PluginPathStruct &target, const Setup &setup)
     }
     if (target.path.contains(QLatin1Char('/'))) {
         host.problems += checkWritable(host.target) + checkStartUpFile(target) + checkSpace(target);
-        if (setup.sharedFolders.contains(host.target)) {
+        if (shared.contains(host.target)) {
             host.problems.append({Kind::SharedFolder, host.target,
                                   QStringLiteral("Two hosts have their plug-in in this folder.")});
         }
     }
-    host.state = stateOf(host.problems);
+    host.state = judged(host.problems, {State::Fine, State::Look, State::WillFail});
     return host;
 }
 
@@ -200,9 +185,10 @@ Answer doctor(const Options &options)
     }
     answer.problems += checkUser(setup) + checkWritable(options.folder)
         + checkCpuType(options.folder);
+    const QSet<QString> shared = sharedFolders(setup.targets);
     for (const PluginPathStruct &target : setup.targets) {
         if (options.wants(target.applicationName)) {
-            answer.hosts.append(examine(target, setup));
+            answer.hosts.append(examine(target, shared));
         }
     }
     return answer;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "status/filelook.h"
 
+#include "disk/rights.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -10,21 +12,27 @@
 namespace {
 
 constexpr qint64 blockSize = 65536;
+constexpr int ownerReads = 0400;
 
 } // namespace
 
 Found lookAt(const QString &path)
 {
-    const QFileInfo info(path);
-    if (!info.exists()) {
-        return info.isSymLink() ? Found::Unreadable : Found::Nothing;
+    if (path.contains(QChar(0))) {
+        return Found::Nothing;
     }
-    if (!info.isFile()) {
+    const QByteArray name = QFile::encodeName(path);
+    const EntryFacts facts = factsBehind(name);
+    switch (facts.type) {
+    case EntryType::Nothing:
+        return factsOf(name).type == EntryType::Link ? Found::Unreadable : Found::Nothing;
+    case EntryType::File:
+        break;
+    default:
         return Found::NoFile;
     }
     // Root may read everything; the host's user may not.
-    return info.isReadable() && (info.permissions() & QFile::ReadOwner) != 0 ? Found::File
-                                                                             : Found::Unreadable;
+    return mayRead(name) && (facts.mode & ownerReads) != 0 ? Found::File : Found::Unreadable;
 }
 
 QString wholeText(const QString &path)

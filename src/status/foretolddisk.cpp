@@ -37,6 +37,13 @@ QStringList partsOf(const QString &path)
     return path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
 }
 
+/// True if \a text has more than \a limit bytes as a name on the disk.
+bool isLonger(const QString &text, int limit)
+{
+    constexpr int mostBytesEach = 3;
+    return text.size() > limit / mostBytesEach && encoded(text).size() > limit;
+}
+
 bool hasBit(int mode, int bit)
 {
     return !isStoppedByBits() || (mode & bit) != 0;
@@ -71,11 +78,18 @@ ForetoldDisk::NodePointer ForetoldDisk::nodeAt(const QString &path) const
     if (known != nodes.constEnd()) {
         return *known;
     }
+    const auto folder = realFolders.constFind(path);
+    if (folder != realFolders.constEnd()) {
+        return *folder;
+    }
     const EntryFacts facts = factsOf(encoded(path));
     auto node = std::make_shared<Node>();
     node->type = facts.type;
     node->mode = facts.mode;
     node->origin = path;
+    if (facts.type == EntryType::Folder) {
+        realFolders.insert(path, node);
+    }
     return node;
 }
 
@@ -85,7 +99,13 @@ bool ForetoldDisk::enter(const QString &folder, const NodePointer &node) const
     if (node->type != EntryType::Folder) {
         return false;
     }
-    return node->isOurs ? hasBit(node->mode, ownerSearches) : maySearch(encoded(folder));
+    if (node->isOurs) {
+        return hasBit(node->mode, ownerSearches);
+    }
+    if (!node->maySearch) {
+        node->maySearch = maySearch(encoded(folder));
+    }
+    return *node->maySearch;
 }
 
 ForetoldDisk::Place ForetoldDisk::placeOf(const QString &path) const
@@ -118,7 +138,7 @@ ForetoldDisk::Place ForetoldDisk::walk(const QString &start, QStringList left,
     bool isBehindLink = false;
     int links = 0;
     while (!left.isEmpty()) {
-        if (!enter(place.path, place.node) || encoded(left.first()).size() > longestName) {
+        if (!enter(place.path, place.node) || isLonger(left.first(), longestName)) {
             return {};
         }
         place = stepTo(place.path, left.takeFirst());
@@ -137,7 +157,7 @@ ForetoldDisk::Place ForetoldDisk::walk(const QString &start, QStringList left,
 
 ForetoldDisk::Place ForetoldDisk::find(const QString &path, LastLink lastLink)
 {
-    if (path.isEmpty() || encoded(path).size() > longestPath || path.contains(QChar(0))) {
+    if (path.isEmpty() || isLonger(path, longestPath) || path.contains(QChar(0))) {
         return {};
     }
     const QString whole = absolute(path);
@@ -145,13 +165,16 @@ ForetoldDisk::Place ForetoldDisk::find(const QString &path, LastLink lastLink)
     const QString words = whole.left(lastSlash);
     const QString lastName = whole.mid(lastSlash + 1);
     const QString known = knownFolders.value(words);
-    if (!known.isEmpty()) {
-        return walk(known, partsOf(lastName), lastLink);
-    }
-    Place place = walk(QStringLiteral("/"), partsOf(whole), lastLink);
+    Place place = known.isEmpty() ? walk(QStringLiteral("/"), partsOf(whole), lastLink)
+                                  : walk(known, partsOf(lastName), lastLink);
     const bool isName = !lastName.isEmpty() && lastName != "."_l1 && lastName != ".."_l1;
     if (place.isReachable && !place.isBehindLink && isName) {
-        knownFolders.insert(words, place.folder);
+        if (known.isEmpty()) {
+            knownFolders.insert(words, place.folder);
+        }
+        if (place.node->type == EntryType::Folder) {
+            knownFolders.insert(whole, place.path);
+        }
     }
     return place;
 }

@@ -11,6 +11,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 /// \file
 /// The disk as a run would leave it.
@@ -58,6 +59,7 @@ private:
         bool isOurs = false; ///< made by the run, so that this user owns it
         QString origin;      ///< the real file whose content it has; else bytes are its content
         QByteArray bytes;
+        std::optional<bool> maySearch; ///< once that was asked of one of the real disk's folders
     };
     using NodePointer = std::shared_ptr<Node>;
 
@@ -92,7 +94,8 @@ private:
     const QString tool;
     const QByteArray cpu;
     const int mask = modeMask();
-    QHash<QString, NodePointer> nodes; ///< what the run touched, by real path
+    QHash<QString, NodePointer> nodes;               ///< what the run touched, by real path
+    mutable QHash<QString, NodePointer> realFolders; ///< what it only went through
     QStringList order;
     QMap<QString, QStringList> changedNames; ///< by folder
     QHash<QString, QString> knownFolders;    ///< real paths of folders, by the words for them

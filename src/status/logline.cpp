@@ -73,7 +73,7 @@ bool LogLine::takeLabel(const char *label)
 {
     const QLatin1String wanted(label);
     const int end = position + static_cast<int>(wanted.size());
-    if (items.mid(position, wanted.size()) != wanted
+    if (QStringView(items).mid(position, wanted.size()) != wanted
         || (end < items.size() && items.at(end) != QLatin1Char(' '))) {
         return false;
     }

@@ -81,18 +81,22 @@ RunMode modeOf(const QString &word)
                                 : readCommandLine({"", word.toLatin1().constData()}).mode;
 }
 
-/// What is wrong with a start-up file, once the run has left it.
+/// What is wrong with a file, once the run has left it. Without a \a check, only whether it can be
+/// read is asked.
 QList<Problem> checkForetold(ForetoldDisk &disk, const QString &file, Kind unreadable,
-                             const std::function<QList<Problem>(const FileText &)> &check)
+                             const std::function<QList<Problem>(const FileText &)> &check = {})
 {
     switch (disk.look(file)) {
     case Found::NoFile:
     case Found::Unreadable:
         return {{unreadable, file, QStringLiteral("The file cannot be read.")}};
     case Found::Nothing:
-        return check({});
+        return check ? check({}) : QList<Problem>();
     case Found::File:
         break;
+    }
+    if (!check) {
+        return {};
     }
     QByteArray bytes;
     static_cast<void>(disk.readBytes(file, bytes));
@@ -114,11 +118,10 @@ QList<Problem> checkManifest(const PluginPathStruct &target, const FileText &tex
 QList<Problem> findSilentLosses(const HostAnswer &host, const PluginPathStruct &target,
                                 ForetoldDisk &disk)
 {
-    const auto isFine = [](const FileText &) { return QList<Problem>(); };
     QList<Problem> problems = checkForetold(disk, host.target + "/manager.cfg"_l1,
-                                            Kind::ConfigUnreadable, isFine);
+                                            Kind::ConfigUnreadable);
     if (host.state == State::FoundUpToDate) {
-        problems += checkPluginFiles(target, Look::Outside);
+        problems += checkPluginFiles(target, host.installed, Look::Outside);
     } else {
         const QString manifest = host.target + "/uninstall.ini"_l1;
         problems += checkForetold(
@@ -225,6 +228,8 @@ void distribute(ForetoldDisk &disk, Answer &answer)
 
 void judge(ForetoldDisk &disk, const Setup &setup, Answer &answer)
 {
+    const QSet<QString> shared = sharedFolders(
+        setup.targets, [&disk](const QString &folder) { return disk.realName(folder); });
     for (int index = 0; index < answer.hosts.size() && index < setup.targets.size(); ++index) {
         HostAnswer &host = answer.hosts[index];
         const PluginPathStruct &target = setup.targets.at(index);
@@ -232,7 +237,7 @@ void judge(ForetoldDisk &disk, const Setup &setup, Answer &answer)
             && !target.sourceFolder.isEmpty()) {
             host.problems += findSilentLosses(host, target, disk);
         }
-        if (host.state != State::Skipped && setup.sharedFolders.contains(host.target)) {
+        if (host.state != State::Skipped && shared.contains(host.target)) {
             host.problems.append({Kind::SharedFolder, host.target,
                                   QStringLiteral("Two hosts have their plug-in in this folder.")});
         }

@@ -50,14 +50,14 @@ public:
         exempt << target + "/manager.cfg"_l1 << target + manifestName;
     }
 
-    QList<Problem> run();
+    QList<Problem> run(std::optional<int> installed);
     QStringList unlisted(const QString &manifestText);
 
 private:
     void readManifest();
     void setManifest(const QString &text);
     bool isUnlisted(const QString &file) const;
-    bool isShippedVersion() const;
+    bool isShippedVersion(std::optional<int> installed) const;
     void checkShipped(const QString &name);
     void checkListed(const QString &file);
     Found lookAtCopy(const QString &file) const;
@@ -129,12 +129,11 @@ QStringList PluginCheck::unlisted(const QString &manifestText)
 
 /// A version file that does not say a number, or was changed after the manifest was written, tells
 /// nothing of the other files: they are held against the shipped ones.
-bool PluginCheck::isShippedVersion() const
+bool PluginCheck::isShippedVersion(std::optional<int> installed) const
 {
-    const int version = readVersionTxt(target);
     const QFileInfo number(target + versionFile);
     const QFileInfo list(target + manifestName);
-    return version == readVersionTxt(source) || version == -1
+    return !installed || *installed == readVersionTxt(source)
         || (list.exists() && number.lastModified() > list.lastModified());
 }
 
@@ -229,10 +228,10 @@ void PluginCheck::checkListed(const QString &file)
     static_cast<void>(isThere(file, lookAtCopy(file)));
 }
 
-QList<Problem> PluginCheck::run()
+QList<Problem> PluginCheck::run(std::optional<int> installed)
 {
     readManifest();
-    if (isShippedVersion()) {
+    if (isShippedVersion(installed)) {
         const QStringList names = shippedFiles(source);
         for (const QString &name : names) {
             checkShipped(name);
@@ -267,7 +266,8 @@ QStringList unlistedFiles(const PluginPathStruct &target, const QString &manifes
     return PluginCheck(target, Look::Outside).unlisted(manifest);
 }
 
-QList<Problem> checkPluginFiles(const PluginPathStruct &target, Look look)
+QList<Problem> checkPluginFiles(const PluginPathStruct &target, std::optional<int> installed,
+                                Look look)
 {
-    return PluginCheck(target, look).run();
+    return PluginCheck(target, look).run(installed);
 }

@@ -6,6 +6,8 @@
 
 #include <QStringList>
 
+#include <optional>
+
 /// \file
 /// Whether the files of an installed plug-in are those that were shipped.
 
@@ -24,5 +26,6 @@ enum class Look {
 };
 
 /// What is wrong with the files of the plug-in of \a target: those that its manifest lists and,
-/// where the version that is there is the shipped one, those in the shipped folder.
-QList<Problem> checkPluginFiles(const PluginPathStruct &target, Look look);
+/// where the version \a installed that is there is the shipped one, those in the shipped folder.
+QList<Problem> checkPluginFiles(const PluginPathStruct &target, std::optional<int> installed,
+                                Look look);

@@ -9,9 +9,6 @@
 #include <QFileInfo>
 #include <QHash>
 
-namespace {
-
-/// The one name of \a folder; what is not there yet keeps its words.
 QString oneName(const QString &folder)
 {
     QString there = QDir::cleanPath(folder);
@@ -27,13 +24,12 @@ QString oneName(const QString &folder)
     }
 }
 
-/// The plug-in folders that more than one of \a targets has, whatever their names.
-QSet<QString> foldersInCommon(const QList<PluginPathStruct> &targets)
+QSet<QString> sharedFolders(const QList<PluginPathStruct> &targets, const FolderName &nameOf)
 {
     QHash<QString, QStringList> namesOf;
     for (const PluginPathStruct &target : targets) {
         if (target.path.contains(QLatin1Char('/'))) {
-            namesOf[oneName(target.targetFolder())] << target.targetFolder();
+            namesOf[nameOf(target.targetFolder())] << target.targetFolder();
         }
     }
     QSet<QString> shared;
@@ -44,8 +40,6 @@ QSet<QString> foldersInCommon(const QList<PluginPathStruct> &targets)
     }
     return shared;
 }
-
-} // namespace
 
 Setup readSetup(const Options &options)
 {
@@ -68,7 +62,6 @@ Setup readSetup(const Options &options)
     for (const HostEntry &entry : entries) {
         setup.targets += installTargets(entry.application, entry.path, options.folder, settings);
     }
-    setup.sharedFolders = foldersInCommon(setup.targets);
     return setup;
 }
 

@@ -8,6 +8,8 @@
 
 #include <QSet>
 
+#include <functional>
+
 /// \file
 /// What the manager's folder asks for.
 
@@ -18,12 +20,22 @@ struct Setup {
     QString projects;                ///< the local projects folder
     bool copyTexFiles = true;        ///< whether textures are sent along
     QList<PluginPathStruct> targets; ///< in the order of the settings, those not asked for as well
-    QSet<QString> sharedFolders;     ///< plug-in folders that more than one target has
     QList<Problem> problems;         ///< what keeps the settings from being read
 };
 
 /// Reads the settings in the folder that \a options name.
 Setup readSetup(const Options &options);
+
+/// Says which folder a text leads to.
+using FolderName = std::function<QString(const QString &)>;
+
+/// The one name of \a folder, all links in it resolved; what is not there yet keeps its words.
+QString oneName(const QString &folder);
+
+/// The plug-in folders that more than one of \a targets has, whatever their names: \a nameOf knows
+/// which are the same.
+QSet<QString> sharedFolders(const QList<PluginPathStruct> &targets,
+                            const FolderName &nameOf = oneName);
 
 /// An answer to the command of \a options, with nothing in it yet.
 Answer emptyAnswer(const Options &options);

@@ -129,22 +129,8 @@ bool nothingIsThere(const QString &target)
     });
 }
 
-State stateOf(const QList<Problem> &problems)
-{
-    switch (heaviest(problems)) {
-    case Gravity::Fails:
-        return State::Damaged;
-    case Gravity::Unknown:
-        return State::Unknown;
-    case Gravity::Look:
-        return State::OtherVersion;
-    case Gravity::Note:
-        break;
-    }
-    return State::Whole;
-}
-
-HostAnswer checkTarget(const PluginPathStruct &target, const Setup &setup)
+HostAnswer checkTarget(const PluginPathStruct &target, const Setup &setup,
+                       const QSet<QString> &shared)
 {
     HostAnswer host = describe(target);
     if (!target.path.contains(QLatin1Char('/'))) {
@@ -163,10 +149,10 @@ HostAnswer checkTarget(const PluginPathStruct &target, const Setup &setup)
             {Kind::NotInstalled, host.target, QStringLiteral("The plug-in is not installed.")});
         return host;
     } else {
-        host.problems = checkPluginFiles(target, Look::Inside) + checkConfig(host.target, setup)
-            + checkStartUp(target) + findAllLeftOvers(target);
+        host.problems = checkPluginFiles(target, host.installed, Look::Inside)
+            + checkConfig(host.target, setup) + checkStartUp(target) + findAllLeftOvers(target);
     }
-    if (setup.sharedFolders.contains(host.target)) {
+    if (shared.contains(host.target)) {
         host.problems.append({Kind::SharedFolder, host.target,
                               QStringLiteral("Two hosts have their plug-in in this folder.")});
     }
@@ -174,7 +160,7 @@ HostAnswer checkTarget(const PluginPathStruct &target, const Setup &setup)
         host.problems.append({Kind::OtherVersion, host.target,
                               QStringLiteral("The version is not the one that is wanted.")});
     }
-    host.state = stateOf(host.problems);
+    host.state = judged(host.problems, {State::Whole, State::OtherVersion, State::Damaged});
     return host;
 }
 
@@ -185,11 +171,12 @@ Answer verify(const Options &options, const Progress &progress)
     const Setup setup = readSetup(options);
     Answer answer = emptyAnswer(options);
     answer.problems = setup.problems;
+    const QSet<QString> shared = sharedFolders(setup.targets);
     int done = 0;
     for (const PluginPathStruct &target : setup.targets) {
         progress(done++, static_cast<int>(setup.targets.size()), target.applicationName);
         if (options.wants(target.applicationName)) {
-            answer.hosts.append(checkTarget(target, setup));
+            answer.hosts.append(checkTarget(target, setup, shared));
         }
     }
     progress(done, done, QString());
