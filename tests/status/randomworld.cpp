@@ -2,6 +2,7 @@
 #include "randomworld.h"
 
 #include "ordinaryuser.h"
+#include "statusrun.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -16,40 +17,19 @@ namespace {
 
 struct Host {
     const char *key;
+    const char *subFolder;
     const char *source;
     const char *versionKey;
-    const char *subFolder;
 };
 
 const std::vector<Host> knownHosts{
-    {"c4d", "Cinema4D", "versionCinema4d", "/plugins/drask"},
-    {"c4d14", "Cinema4D14", "versionCinema4d14", "/plugins/drask"},
-    {"c4d21", "Cinema4D21", "versionCinema4d21", "/plugins/drask"},
-    {"blender", "Blender", "versionBlender", "/scripts/startup/adrask"},
-    {"blender28", "Blender28", "versionBlender28", "/scripts/startup/adrask"},
-    {"xsi", "xsi", "versionXSI", "/Application/Plugins/drask"},
-    {"lightwave", "lightwave", "versionLightwave", "/Plugins/drask"},
-    {"maya", "maya", "versionMaya", "/scripts/drask"},
-    {"modo", "modo", "versionModo", "/Scripts/drask"},
-    {"rhino", "rhino", "versionRhino", "/Plug-ins/Drask"},
-    {"revit", "revit", "versionRevit", "/Plugins/drask"},
-    {"houdini", "houdini", "versionHoudini", "/Plugins/drask"},
-    {"sketchup", "sketchup", "versionSketchup", ""},
-    {"clarisse", "clarisse", "versionClarisse", "/drask"},
-    {"3dsmax", "3ds", "version3ds", "/ENU/scripts/startup/drask"},
+#include "hosts.inc"
 };
 
 const std::vector<QByteArray> fileNames{"drask.py",           "a b.txt",  "\xc3\xa4.png",
                                         "drask_uninstall.sh", "Grex.cdl", "grex21.xlib"};
 const std::vector<QByteArray> contents{"", "x", "one\ntwo\n", "a longer text, twice as long\n"};
 
-const QByteArray goodTemplate = "#drask_installed\n"
-                                "import sys, maya.utils\n"
-                                "def searchTab():\n"
-                                "\tsys.path.append( importable_path(u'__scriptpath__'))\n"
-                                "\timport draskshelf\n"
-                                "\tdraskshelf.init()\n"
-                                "maya.utils.executeDeferred(\"searchTab()\")\n";
 const QByteArray oldTemplate = "#drask_installed\n"
                                "\tsys.path.append( importable_path(u'__scriptPath__'))\n";
 
@@ -152,9 +132,9 @@ void RandomWorld::makePlugin(const QString &source, int version, const QString &
 
 void RandomWorld::makeMayaTemplate(const QString &folder)
 {
-    const std::vector<QByteArray> templates{goodTemplate,
-                                            goodTemplate,
-                                            goodTemplate,
+    const std::vector<QByteArray> templates{mayaTemplate,
+                                            mayaTemplate,
+                                            mayaTemplate,
                                             oldTemplate,
                                             oldTemplate,
                                             "print('no marker')\n",
@@ -169,7 +149,7 @@ void RandomWorld::makeStartUpFiles(const QString &key, const QString &folder)
     const std::vector<QByteArray> scripts{
         "import maya\r\n",
         "#drask_installed\n",
-        goodTemplate,
+        mayaTemplate,
         "print(1)",
         "a = 1\n" + oldTemplate + "b = 2\n",
         QByteArray(oldTemplate)

@@ -10,6 +10,9 @@
 /// drask-status, started as people and machines start it.
 namespace test {
 
+/// A template of Maya's start-up script that keeps all rules.
+extern const char mayaTemplate[];
+
 /// What a run of drask-status left on the console.
 struct StatusRun {
     int exitCode = -1;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "status/settingscheck.h"
 
+#include "kinds.h"
 #include "testprogram.h"
 
 #include <QtTest>
@@ -16,12 +17,7 @@ const QByteArray fine = "; a remark\n"
 
 QStringList kindsIn(const QByteArray &content)
 {
-    QStringList kinds;
-    const QList<Problem> problems = checkSettings(content, "/tool/settings.ini");
-    for (const Problem &problem : problems) {
-        kinds << kindName(problem.kind);
-    }
-    return kinds;
+    return test::kindsOf(checkSettings(content, "/tool/settings.ini"));
 }
 
 } // namespace
