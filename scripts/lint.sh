@@ -39,7 +39,7 @@ cpp_files() { git ls-files 'src/*.cpp' 'tests/*.cpp' 'bench/*.cpp'; }
 cpp_and_headers() { git ls-files '*.cpp' '*.h'; }
 shell_files() {
     git ls-files demo test .ci/run 'scripts/*.sh' 'scripts/**/*.sh' bench/run 'bench/*.sh' \
-        'tests/packages/*.ba*' 'tests/pages/*.ba*' 'tests/fleet/*' 'deploy/*/*.sh' cmake/packaging/postrm
+        'tests/packages/*.ba*' 'tests/pages/*.ba*' 'tests/fleet/*' 'deploy/*/*.sh' deploy/support-bundle cmake/packaging/postrm
 }
 
 check_licences() {

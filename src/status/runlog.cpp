@@ -61,7 +61,6 @@ private:
     void readEnd(int code);
     HostAnswer &host();
     void openHost(State state);
-    void closeHost();
     void add(Kind kind, const QString &path, const QString &text);
     void finishRemoval();
     void finishPass();
@@ -111,7 +110,11 @@ void RunReader::read(LogLine line)
     if (!line.isDebug() || readStart(line) || readRemoval(line)) {
         return;
     }
-    if (stage == Stage::Pass && (readHost(line) || readCopy(line) || readEdit(line))) {
+    // A run that has ended says no more of its hosts: that is another one.
+    if ((stage == Stage::Pass || stage == Stage::Ended)
+        && (readHost(line) || readCopy(line) || readEdit(line))) {
+        mixed = mixed || stage == Stage::Ended;
+        stage = Stage::Pass;
         return;
     }
     if (line.takeNumber(code) && line.isAtEnd()) {
@@ -187,11 +190,6 @@ void RunReader::openHost(State state)
     hostIsOpen = true;
 }
 
-void RunReader::closeHost()
-{
-    hostIsOpen = false;
-}
-
 void RunReader::add(Kind kind, const QString &path, const QString &text)
 {
     QList<Problem> &problems = story.hosts.last().problems;
@@ -207,7 +205,7 @@ bool RunReader::readHost(LogLine &line)
     QString text;
     if (line.takeLabel(Message::nothingToCopy)) {
         openHost(State::Skipped);
-        closeHost();
+        hostIsOpen = false;
     } else if (line.takeLabel(Message::alreadyInstalled)) {
         openHost(State::FoundUpToDate);
     } else if (line.takeLabel(Message::copyLeftOut)) {
@@ -220,11 +218,11 @@ bool RunReader::readHost(LogLine &line)
         static_cast<void>(host());
     } else if (line.takeLabel(Message::configKept) || line.takeLabel(Message::configWritten)) {
         if (host().state == State::FoundUpToDate) {
-            closeHost();
+            hostIsOpen = false;
         }
     } else if (line.takeText(text) && text.endsWith(Message::installedIn)) {
         static_cast<void>(host());
-        closeHost();
+        hostIsOpen = false;
     } else {
         return false;
     }
@@ -306,11 +304,11 @@ void RunReader::finishPass()
 {
     if (hostIsOpen) {
         story.hosts.last().state = State::Interrupted;
-        closeHost();
+        hostIsOpen = false;
     }
     while (nextTarget < targets.size()) {
         openHost(State::Unknown);
-        closeHost();
+        hostIsOpen = false;
     }
 }
 

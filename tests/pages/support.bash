@@ -13,4 +13,5 @@ make_manager() {
         find "$folder" -maxdepth 1 -type f \( -name drask-installer -o -name drask-status \) \
             -exec cp {} "$1" \;
     done
+    [ -x "$1/drask-installer" ] && [ -x "$1/drask-status" ]
 }

@@ -150,6 +150,9 @@ void tst_RunLog::runIsTold_data()
             + QStringList{"0", "0"}
         << ""
         << "install 0 ended modo=copied maya=copied =foundUpToDate =foundUpToDate runsMixed";
+    QTest::newRow("lines of a host after the end of a run")
+        << pass + QStringList{"0"} + mayaUpToDate + QStringList{"0"} << ""
+        << "install 0 ended modo=copied maya=foundUpToDate =foundUpToDate runsMixed";
     QTest::newRow("removal of one") << QStringList{"applicationName \"modo\"", "path \"/modo\"",
                                                    "begin uninstall", "uninstallPlugin  2"}
                                     << ""
