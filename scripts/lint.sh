@@ -10,7 +10,7 @@ set -u
 . "$(dirname "$0")/prepare.sh"
 cd "$repository" || exit 1
 
-build=build/tidy
+build=$(build_folder tidy)
 # level2 has checks that are a matter of taste for a program of this size:
 # - qstring-allocations asks for QStringLiteral in tests, where plain literals read better.
 clazy_checks=level2
@@ -55,7 +55,8 @@ check_licences() {
 
 # The generated moc files must exist before a source that includes one can be read.
 prepare_build() {
-    run_quietly cmake --preset tidy -DDRASK_BUILD_FUZZERS=ON -DDRASK_BUILD_BENCHMARK=ON
+    run_quietly cmake --preset tidy -B "$build" -DDRASK_QT="${DRASK_QT-}" \
+        -DDRASK_BUILD_FUZZERS=ON -DDRASK_BUILD_BENCHMARK=ON
     # shellcheck disable=SC2046
     run_quietly cmake --build "$build" --target $(ninja -C "$build" -t targets all \
         | sed -n 's/^\([a-z0-9_-]*_autogen\): phony$/\1/p')

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QString>
 #include <QTextStream>
@@ -17,6 +19,24 @@
 
 /// A position in a text, or a length.
 using TextPosition = decltype(QString().size());
+
+/// QFile::copy(). What is at \a target stays, also a dangling link, through which newer versions of
+/// Qt 6 write.
+inline bool copyToFreeName(const QString &source, const QString &target)
+{
+    return !QFileInfo(target).isSymLink() && QFile::copy(source, target);
+}
+
+/// The same of an open \a file, which that closes unless something is at \a target, links followed.
+inline void copyOpenFile(QFile &file, const QString &target)
+{
+    const QFileInfo there(target);
+    if (there.isSymLink() && !there.exists()) {
+        file.close();
+    } else {
+        static_cast<void>(file.copy(target));
+    }
+}
 
 /// Has \a stream read and write UTF-8, without a byte-order mark.
 inline void useUtf8(QTextStream &stream)

@@ -4,6 +4,7 @@
 #include "disk/diskwait.h"
 #include "disk/otherdisk.h"
 #include "disk/standin.h"
+#include "qtversions.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -115,7 +116,7 @@ bool FileCopier::copyTo(const QString &target)
         return *isCopied;
     }
 #endif
-    return QFile::copy(path, target);
+    return copyToFreeName(path, target);
 }
 
 #ifdef Q_OS_LINUX

@@ -2,6 +2,7 @@
 #include "disk/files.h"
 
 #include "disk/otherdisk.h"
+#include "qtversions.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -41,7 +42,7 @@ bool removeFile(const QString &path)
 bool copyFile(const QString &source, const QString &target)
 {
     OtherDisk *const other = OtherDisk::inPlace();
-    return other != nullptr ? other->copyFile(source, target) : QFile::copy(source, target);
+    return other != nullptr ? other->copyFile(source, target) : copyToFreeName(source, target);
 }
 
 bool visitFolder(const QString &path, const EntryVisitor &visit)

@@ -45,8 +45,7 @@ bool isText(const QByteArray &name)
 #else
     const auto isAscii = [](char letter) { return static_cast<signed char>(letter) >= 0; };
     return std::all_of(name.cbegin(), name.cend(), isAscii)
-        // The slash keeps a byte-order mark from being taken for one.
-        || QFile::encodeName(QFile::decodeName('/' + name)) == '/' + name;
+        || QFile::encodeName(nameOf(name)) == name;
 #endif
 }
 
@@ -93,6 +92,12 @@ const dirent *nextEntry(DIR *listing)
 }
 
 } // namespace
+
+QString nameOf(const QByteArray &entry)
+{
+    // The slash keeps a byte-order mark from being taken for one.
+    return QFile::decodeName('/' + entry).mid(1);
+}
 
 bool visitEntries(const QByteArray &folder, const EntryVisitor &visit)
 {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
 #include <functional>
 
@@ -18,6 +19,9 @@ enum class EntryKind {
 
 /// Is handed the name of an entry, in the local 8-bit encoding and good for this call only.
 using EntryVisitor = std::function<void(const QByteArray &name, EntryKind kind)>;
+
+/// The text of \a entry, which is a name in the local 8-bit encoding. A byte-order mark stays.
+QString nameOf(const QByteArray &entry);
 
 /// Hands each entry of \a folder (encoded as by QFile::encodeName()) to \a visit, in the order of
 /// the file system. Left out are hidden entries, dangling links, pipes, sockets and devices, and

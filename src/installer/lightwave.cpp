@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "installer/lightwave.h"
 
+#include "disk/files.h"
 #include "installer/plugininstaller.h"
 #include "literals.h"
 #include "qtversions.h"
@@ -56,18 +57,19 @@ QString withDefaultMenu(const QString &menu, const QString &lower)
 ConfigFiles findConfigFiles(const QString &folder)
 {
     ConfigFiles found;
-    const QStringList names = QDir(folder).entryList(QDir::Files | QDir::NoDotAndDotDot,
-                                                     QDir::Unsorted);
-    for (const QString &name : names) {
-        if (!name.endsWith(".CFG"_l1)) {
-            continue;
+    const auto take = [&](const QByteArray &entry, EntryKind kind) {
+        const QString name = nameOf(entry);
+        const bool isFile = kind == EntryKind::File || kind == EntryKind::LinkedDevice;
+        if (!isFile || !name.endsWith(".CFG"_l1)) {
+            return;
         }
         const QString path = folder + QLatin1Char('/') + name;
         qDebug() << "cfgfile: " << path;
         if (name.startsWith("LW"_l1)) {
             (name.contains("EXT"_l1) ? found.extension : found.menu) = path;
         }
-    }
+    };
+    static_cast<void>(visitFolder(QDir(folder).path(), take));
     return found;
 }
 
@@ -95,7 +97,7 @@ void chooseMissingFiles(ConfigFiles &files, const QString &folder)
 /// \a text lands behind the old content.
 void backUpAndWrite(QFile &file, QTextStream &stream, const QString &text)
 {
-    static_cast<void>(file.copy(file.fileName() + "_bak"_l1));
+    copyOpenFile(file, file.fileName() + "_bak"_l1);
     stream << text;
     stream.flush();
     static_cast<void>(file.flush());

@@ -304,7 +304,7 @@ bool ForetoldDisk::visitEntries(const QString &folder, const EntryVisitor &visit
     if (!place.node->isOurs) {
         isComplete = ::visitEntries(encoded(place.path),
                                     [&](const QByteArray &name, EntryKind kind) {
-                                        if (!changed.contains(QFile::decodeName(name))) {
+                                        if (!changed.contains(nameOf(name))) {
                                             visit(name, kind);
                                         }
                                     });

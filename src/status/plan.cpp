@@ -14,6 +14,7 @@
 #include "textfile.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -206,7 +207,7 @@ void distribute(ForetoldDisk &disk, Answer &answer)
 {
     QStringList targets;
     QStringList folders;
-    for (const HostAnswer &host : qAsConst(answer.hosts)) {
+    for (const HostAnswer &host : std::as_const(answer.hosts)) {
         targets << disk.realName(host.target);
         folders << disk.realName(host.path);
     }

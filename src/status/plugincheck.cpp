@@ -14,6 +14,8 @@
 #include <QFileInfo>
 #include <QSet>
 
+#include <utility>
+
 namespace {
 
 constexpr QLatin1String versionFile = "/version.txt"_l1;
@@ -24,12 +26,12 @@ void listShipped(const QString &folder, const QString &prefix, QStringList &file
     QStringList subFolders;
     visitEntries(QFile::encodeName(folder), [&](const QByteArray &name, EntryKind kind) {
         if (kind == EntryKind::File) {
-            files << prefix + QFile::decodeName(name);
+            files << prefix + nameOf(name);
         } else if (kind != EntryKind::LinkedDevice) {
-            subFolders << QFile::decodeName(name);
+            subFolders << nameOf(name);
         }
     });
-    for (const QString &name : qAsConst(subFolders)) {
+    for (const QString &name : std::as_const(subFolders)) {
         listShipped(folder + QLatin1Char('/') + name, prefix + name + QLatin1Char('/'), files);
     }
 }
@@ -241,7 +243,7 @@ QList<Problem> PluginCheck::run(std::optional<int> installed)
         add(Kind::ManifestIncomplete, target + manifestName,
             QStringLiteral("The manifest does not list every file."));
     }
-    for (const QString &file : qAsConst(manifest)) {
+    for (const QString &file : std::as_const(manifest)) {
         if (!looked.contains(file)) {
             looked.insert(file);
             checkListed(file);

@@ -150,7 +150,7 @@ void SettingsCheck::checkSize()
     }
     const std::optional<qint64> number = wholeNumber(size);
     bool isComplete = number == entries.size();
-    for (const int entry : qAsConst(entries)) {
+    for (const int entry : std::as_const(entries)) {
         isComplete = isComplete && entry <= number;
     }
     if (!isComplete) {

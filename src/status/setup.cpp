@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <QHash>
 
+#include <utility>
+
 QString oneName(const QString &folder)
 {
     QString there = QDir::cleanPath(folder);
@@ -33,7 +35,7 @@ QSet<QString> sharedFolders(const QList<PluginPathStruct> &targets, const Folder
         }
     }
     QSet<QString> shared;
-    for (const QStringList &names : qAsConst(namesOf)) {
+    for (const QStringList &names : std::as_const(namesOf)) {
         if (names.size() > 1) {
             shared += QSet<QString>(names.cbegin(), names.cend());
         }

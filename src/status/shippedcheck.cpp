@@ -9,8 +9,11 @@
 #include "status/plugincheck.h"
 #include "versionfile.h"
 
-#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
+
+#include <filesystem>
+#include <utility>
 
 namespace {
 
@@ -65,12 +68,12 @@ QList<Problem> checkEntry(const QFileInfo &entry)
 QList<Problem> checkEntries(const QString &source)
 {
     QList<Problem> problems;
-    QDirIterator entries(source,
-                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                         QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        entries.next();
-        problems += checkEntry(entries.fileInfo());
+    std::error_code failure;
+    std::filesystem::recursive_directory_iterator entry(
+        QFile::encodeName(source).toStdString(),
+        std::filesystem::directory_options::skip_permission_denied, failure);
+    for (; entry != std::filesystem::end(entry); entry.increment(failure)) {
+        problems += checkEntry(QFileInfo(QFile::decodeName(entry->path().c_str())));
     }
     return problems;
 }
@@ -86,7 +89,7 @@ QList<Problem> checkReservedNames(const PluginPathStruct &target)
         }
     }
     QList<Problem> problems;
-    for (const QString &name : qAsConst(names)) {
+    for (const QString &name : std::as_const(names)) {
         if (lookAt(target.sourceFolder + name) != Found::Nothing) {
             problems.append({Kind::ShippedReservedName, target.sourceFolder + name,
                              QStringLiteral("The installer has a use of its own for this name.")});

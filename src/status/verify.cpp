@@ -17,6 +17,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -86,11 +87,11 @@ QList<Problem> findLeftOvers(const QString &folder)
     }
     visitEntries(QFile::encodeName(folder), [&](const QByteArray &name, EntryKind kind) {
         if (kind == EntryKind::File && name.startsWith("qt_temp.")) {
-            files << folder + QLatin1Char('/') + QFile::decodeName(name);
+            files << folder + QLatin1Char('/') + nameOf(name);
         }
     });
     QList<Problem> problems;
-    for (const QString &file : qAsConst(files)) {
+    for (const QString &file : std::as_const(files)) {
         problems.append(
             {Kind::LeftOver, file, QStringLiteral("A run that was cut off left this file.")});
     }
@@ -115,7 +116,7 @@ QList<Problem> findAllLeftOvers(const PluginPathStruct &target)
         }
     }
     QList<Problem> problems;
-    for (const QString &each : qAsConst(folders)) {
+    for (const QString &each : std::as_const(folders)) {
         problems += findLeftOvers(each);
     }
     return problems;

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "randomworld.h"
 
+#include "entriesbelow.h"
 #include "ordinaryuser.h"
 #include "statusrun.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
+
+#include <utility>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -72,12 +74,12 @@ RandomWorld::RandomWorld(std::uint32_t seed)
 
 void RandomWorld::disturbAll()
 {
-    for (const QString &folder : qAsConst(folders)) {
+    for (const QString &folder : std::as_const(folders)) {
         if (chance(60)) {
             disturb(folder);
         }
     }
-    for (const QString &plugin : qAsConst(plugins)) {
+    for (const QString &plugin : std::as_const(plugins)) {
         if (chance(25)) {
             disturb("tool/plugins/" + plugin);
         }
@@ -205,11 +207,9 @@ void RandomWorld::addRandomHost(const QString &key)
 QString RandomWorld::anyEntry(const QString &folder)
 {
     QStringList entries;
-    QDirIterator all(path(folder),
-                     QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                     QDirIterator::Subdirectories);
-    while (all.hasNext()) {
-        const QString entry = QDir(path()).relativeFilePath(all.next());
+    const QStringList all = entriesBelow(path(folder));
+    for (const QString &each : all) {
+        const QString entry = QDir(path()).relativeFilePath(each);
         if (!entry.endsWith("/drask-installer") && !entry.endsWith("settings.ini")) {
             entries << entry;
         }
@@ -306,10 +306,9 @@ void RandomWorld::give()
         return;
     }
     giveToOrdinaryUser(path());
-    QDirIterator all(path(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                     QDirIterator::Subdirectories);
-    while (all.hasNext()) {
-        giveToOrdinaryUser(all.next());
+    const QStringList all = entriesBelow(path());
+    for (const QString &entry : all) {
+        giveToOrdinaryUser(entry);
     }
 }
 
@@ -326,10 +325,8 @@ bool Leaf::isUntouched(const Leaf &other) const
 QMap<QString, Leaf> leavesOf(const QString &folder)
 {
     QMap<QString, Leaf> leaves;
-    QDirIterator all(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                     QDirIterator::Subdirectories);
-    while (all.hasNext()) {
-        const QString path = all.next();
+    const QStringList all = entriesBelow(folder);
+    for (const QString &path : all) {
         struct stat status = {};
         static_cast<void>(lstat(QFile::encodeName(path).constData(), &status));
         Leaf leaf;

@@ -5,6 +5,8 @@
 #include <QJsonDocument>
 #include <QProcess>
 
+#include <utility>
+
 namespace test {
 
 const char mayaTemplate[] = "#drask_installed\n"
@@ -109,7 +111,7 @@ QStringList StatusRun::pathsOf(const QString &kind) const
     for (const QJsonValue &host : hosts) {
         lists.append(host["problems"]);
     }
-    for (const QJsonValue &list : qAsConst(lists)) {
+    for (const QJsonValue &list : std::as_const(lists)) {
         const QJsonArray problems = list.toArray();
         for (const QJsonValue &problem : problems) {
             if (problem["kind"].toString() == kind) {

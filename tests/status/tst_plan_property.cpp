@@ -6,6 +6,8 @@
 #include <QJsonArray>
 #include <QtTest>
 
+#include <utility>
+
 #include <utime.h>
 
 namespace {
@@ -22,7 +24,7 @@ QStringList foretold(const test::StatusRun &run, bool differs)
     for (const QJsonValue &host : hosts) {
         lists.append(host["changes"]);
     }
-    for (const QJsonValue &list : qAsConst(lists)) {
+    for (const QJsonValue &list : std::as_const(lists)) {
         const QJsonArray changes = list.toArray();
         for (const QJsonValue &change : changes) {
             if (change["differs"].toBool() == differs) {

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "sandbox.h"
 
+#include "entriesbelow.h"
 #include "redfolders.h"
 
 #include <QDateTime>
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QtTest>
 
+#include <filesystem>
 #include <utility>
 
 namespace test {
@@ -44,16 +45,24 @@ QString shown(const QByteArray &content)
 
 } // namespace
 
+QStringList entriesBelow(const QString &folder)
+{
+    QStringList paths;
+    std::error_code failure;
+    const std::string root = QFile::encodeName(folder).toStdString();
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(root, failure)) {
+        paths << QFile::decodeName(entry.path().c_str());
+    }
+    return paths;
+}
+
 Tree readTree(const QString &folder)
 {
     Tree tree;
-    QDirIterator entries(folder,
-                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                         QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QString path = entries.next();
+    const QStringList paths = entriesBelow(folder);
+    for (const QString &path : paths) {
         const QString name = QDir(folder).relativeFilePath(path);
-        const QFileInfo info = entries.fileInfo();
+        const QFileInfo info(path);
         if (info.isSymLink()) {
             tree.insert(name + QLatin1Char('@'), info.symLinkTarget().toUtf8());
         } else if (info.isDir()) {

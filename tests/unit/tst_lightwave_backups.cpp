@@ -71,6 +71,21 @@ private slots:
         QCOMPARE(folder.linesBehindTheFiles(), QStringList());
     }
 
+    void danglingLinkInABackupsPlaceClosesTheFile()
+    {
+        const LightwaveFolder folder;
+        folder.write("LW.CFG", menu);
+        folder.write("LWEXT.CFG", extension);
+        folder.makeLink("missing", "LW.CFG_bak");
+        folder.makeLink("missing", "LWEXT.CFG_bak");
+        const test::Tree before = folder.tree();
+
+        QCOMPARE(folder.edit(), 0);
+        VERIFY_TREE(folder, before);
+        VERIFY_LINES(folder.linesBehindTheFiles(), folder.notWritten("LW.CFG"),
+                     folder.notWritten("LWEXT.CFG"));
+    }
+
     void backupWhoseNameIsTooLongClosesTheFile()
     {
         const LightwaveFolder folder;
@@ -150,6 +165,23 @@ private slots:
         VERIFY_TREE(folder, expected);
         QCOMPARE(folder.isAged("LWEXT.CFG"), !isTouched);
         QCOMPARE(folder.linesBehindTheFiles(), QStringList());
+    }
+
+    /// Listed in behaviour.md: what cannot be bridged.
+    void halfASurrogateInUtf16DependsOnTheQtElsewhere()
+    {
+        const LightwaveFolder folder;
+        const QByteArray utf16("\xff\xfe#\0\x3d\xd8#\0\n\0", 10);
+        const QByteArray written = QT_VERSION_MAJOR < 6 ? "#?#\n" : "#\xef\xbf\xbd#\n";
+        folder.write("LW.CFG", utf16);
+        folder.write("LW.CFG_bak", "");
+        folder.write("LWEXT.CFG", extension);
+        folder.write("LWEXT.CFG_bak", "");
+        test::Tree expected = folder.tree();
+        expected["LWEXT.CFG"] = extension + written;
+
+        QCOMPARE(folder.edit(), 0);
+        VERIFY_TREE(folder, expected);
     }
 
     void textOutsideAsciiIsWrittenAsUtf8_data()

@@ -2,6 +2,9 @@
 #include "lightwavefolder.h"
 #include "unitcase.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace lightwave;
 
 namespace {
@@ -83,6 +86,27 @@ private slots:
         VERIFY_TREE(folder, expected);
         VERIFY_LINES(folder.log.lines(), noMenuFile, noExtensionFile, noName, notOpened);
     }
+
+#ifdef Q_OS_LINUX
+    void namesThatAreNoTextHideNoOthers()
+    {
+        const LightwaveFolder folder;
+        folder.write("LW.CFG", "# Tasklancer");
+        folder.write("LWEXT.CFG", "# Drask Tasklancer");
+        const test::Tree before = folder.tree();
+        for (char letter = 'a'; letter <= 'z'; ++letter) {
+            const QByteArray bad = QFile::encodeName(folder.path("LW")) + letter + "\xff.CFG";
+            QCOMPARE(mknod(bad.constData(), S_IFREG | S_IRUSR | S_IWUSR, 0), 0);
+        }
+
+        QCOMPARE(folder.edit(), 0);
+        QCOMPARE(folder.log.lines().size(), 2);
+        for (char letter = 'a'; letter <= 'z'; ++letter) {
+            unlink((QFile::encodeName(folder.path("LW")) + letter + "\xff.CFG").constData());
+        }
+        VERIFY_TREE(folder, before);
+    }
+#endif
 
     void linksToFilesHaveARole()
     {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "managersettings.h"
 
+#include "disk/files.h"
 #include "programfolder.h"
 #include "unitcase.h"
 
@@ -73,14 +74,28 @@ private slots:
     }
 
     /// Listed in behaviour.md: what cannot be bridged.
-    void unfinishedLetterAtTheEndDependsOnTheQt()
+    void brokenLettersDependOnTheQt()
     {
         const test::ProgramFolder folder;
-        folder.write("settings.ini", "[UserData]\nusername=Ann\xc3\nother=\xc3 Ann\n");
+        folder.write("settings.ini",
+                     "[UserData]\nusername=Ann\xc3\nother=\xc3 Ann\n"
+                     "mark=\\x41\xef\xbb\xbf"
+                     "Ann\n");
         const ManagerSettings settings;
         QCOMPARE(settings.value("UserData/username").toString(),
                  QT_VERSION_MAJOR < 6 ? QStringLiteral("Ann\ufffd") : "Ann");
         QCOMPARE(settings.value("UserData/other").toString(), QStringLiteral("\ufffd Ann"));
+        QCOMPARE(settings.value("UserData/mark").toString(),
+                 QT_VERSION_MAJOR < 6 ? QStringLiteral("AAnn") : QStringLiteral("A\ufeffAnn"));
+    }
+
+    /// As is this.
+    void halfASurrogateInAPathDependsOnTheQt()
+    {
+        const test::ProgramFolder folder;
+        QVERIFY(makePath(folder.path(QString("a") + QChar(0xd83d) + 'b')));
+        QVERIFY(folder.exists(QT_VERSION_MAJOR < 6 ? QStringLiteral("a?b")
+                                                   : QStringLiteral("a\ufffdb")));
     }
 
     void unusableFileReadsAsEmpty_data()
