@@ -9,12 +9,18 @@
 #include <QFile>
 #include <QtTest>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 class tst_ShippedCheck : public QObject {
     Q_OBJECT
 
 private slots:
     void troubleIsNamed_data();
     void troubleIsNamed();
+#ifdef Q_OS_LINUX
+    void nameThatIsNoTextIsUnreadable();
+#endif
     void missingPluginIsNamed();
     void sizeIsThatOfTheFiles();
     void templateKeepsItsRules_data();
@@ -68,6 +74,21 @@ void tst_ShippedCheck::troubleIsNamed()
     kinds.removeDuplicates();
     QCOMPARE(kinds.join(' '), kind);
 }
+
+#ifdef Q_OS_LINUX
+void tst_ShippedCheck::nameThatIsNoTextIsUnreadable()
+{
+    const test::Sandbox sandbox;
+    sandbox.write("version.txt", "7");
+    const QByteArray bad = QFile::encodeName(sandbox.path("bad")) + '\xff';
+    QCOMPARE(mknod(bad.constData(), S_IFREG | S_IRUSR | S_IWUSR, 0), 0);
+    PluginPathStruct target;
+    target.sourceFolder = sandbox.path();
+    target.version = 7;
+    QCOMPARE(test::kindsOf(checkShippedPlugin(target)), QStringList("shippedUnreadable"));
+    unlink(bad.constData());
+}
+#endif
 
 void tst_ShippedCheck::missingPluginIsNamed()
 {
