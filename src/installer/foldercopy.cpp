@@ -34,10 +34,12 @@ int list(const QString &file, QFile &manifest)
 /// Puts a fresh copy of the file \a source at \a target and says in \a manifest that it did.
 int placeFile(const QString &source, const QString &target, QFile &manifest, PlacedFiles &placed)
 {
-    // Each run looks for leftovers in the folder of the manifest.
-    FileCopier copier(source, QFileInfo(manifest).path());
+    const bool wasThere = fileExists(target);
+    // A copy that is not removed again needs no second name. Otherwise it gets that in the folder
+    // of the manifest, where each run looks for leftovers.
+    FileCopier copier(source, wasThere ? QString() : QFileInfo(manifest).path());
     // Deliberate (file-copied-twice): where there is a file already, the first copy does nothing.
-    const bool isThere = fileExists(target) || copier.copyTo(target);
+    const bool isThere = wasThere || copier.copyTo(target);
     int result = Result::success;
     if (isThere && !removeFile(target)) {
         qDebug() << Message::fileNotRemoved << target;
