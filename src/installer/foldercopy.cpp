@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace {
 
 /// An empty name would mean the working directory, which is nobody's plug-in.
@@ -68,26 +70,38 @@ int listMayaShelf(const QString &src, const QString &dst, QFile &manifest)
                 manifest);
 }
 
-/// The names of the files, or of the folders, in the folder \a path, each after a "/". They are one
-/// text, since a list of so many objects would make memory grow with the plug-in. What cannot be
-/// listed is not copied, so the log says so.
-QByteArray namesIn(const QString &path, EntryKind wanted)
-{
-    QByteArray names;
-    const bool isComplete = visitFolder(path, [&](const QByteArray &name, EntryKind kind) {
-        if (kind == EntryKind::LinkedFolder) {
-            kind = EntryKind::Folder;
-        }
-        // A link to a device is both to Qt: it is copied, and then a folder that is not there.
-        if (kind == wanted || kind == EntryKind::LinkedDevice) {
-            names += '/' + name;
-        }
-    });
-    if (!isComplete) {
-        qDebug() << Message::folderNotListed << path;
+/// A folder of a plug-in. What cannot be listed is not copied, so the log says so, once.
+class ShippedFolder {
+public:
+    explicit ShippedFolder(QString folder)
+        : path(std::move(folder))
+    {
     }
-    return names;
-}
+
+    /// The names of its files, or of its folders, each after a "/". They are one text, since a list
+    /// of so many objects would make memory grow with the plug-in.
+    QByteArray names(EntryKind wanted)
+    {
+        QByteArray names;
+        const bool isComplete = visitFolder(path, [&](const QByteArray &name, EntryKind kind) {
+            if (kind == EntryKind::LinkedFolder) {
+                kind = EntryKind::Folder;
+            }
+            // A link to a device is both to Qt: it is copied, and then a folder that is not there.
+            if (kind == wanted || kind == EntryKind::LinkedDevice) {
+                names += '/' + name;
+            }
+        });
+        if (!isComplete && !std::exchange(isGapLogged, true)) {
+            qDebug() << Message::folderNotListed << path;
+        }
+        return names;
+    }
+
+private:
+    const QString path;
+    bool isGapLogged = false;
+};
 
 /// Calls \a act with each of the \a names, the "/" included, until that returns false.
 template<typename Act> void forEachName(const QByteArray &names, Act act)
@@ -157,12 +171,13 @@ int PluginInstaller::copyTree(const QString &src, const QString &dst, Level leve
         static_cast<void>(makePath(dst));
     }
     // Listed before anything is written: the two folders may be one and the same.
-    const QByteArray files = namesIn(src, EntryKind::File);
+    ShippedFolder shipped(src);
+    const QByteArray files = shipped.names(EntryKind::File);
     if (level == Level::Top && !openManifest(dst)) {
         return Result::notReplaced;
     }
     int result = copyFiles(files, src, dst, placed);
-    const QByteArray subFolders = namesIn(src, EntryKind::Folder);
+    const QByteArray subFolders = shipped.names(EntryKind::Folder);
     if (!subFolders.isEmpty()) {
         // Deliberate (folder-forgets-its-failures): only the subfolders count.
         result = copySubFolders(subFolders, src, dst, placed);
