@@ -16,6 +16,20 @@ bool isSound(const QIODevice *device)
     return file == nullptr || file->error() == QFileDevice::NoError;
 }
 
+/// All that \a device has. A stream that is asked for everything at once holds it twice.
+QString readPieces(QIODevice *device)
+{
+    constexpr int size = 65536;
+    Utf8Stream stream(device);
+    QString text;
+    QString piece;
+    do {
+        piece = stream.read(size);
+        text += piece;
+    } while (piece.size() == size);
+    return text;
+}
+
 } // namespace
 
 Utf8Stream::Utf8Stream(QIODevice *device)
@@ -45,7 +59,7 @@ bool readWholeText(const QString &path, QString &text, QString *reason)
     if (!file) {
         return false;
     }
-    const QString whole = Utf8Stream(file.get()).readAll();
+    const QString whole = readPieces(file.get());
     if (!isSound(file.get())) {
         if (reason != nullptr) {
             *reason = file->errorString();

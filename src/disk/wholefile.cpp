@@ -7,12 +7,10 @@
 
 #include <QFile>
 
-namespace {
+#include <optional>
+#include <utility>
 
-struct OldContent {
-    bool isKnown = false;
-    QByteArray bytes;
-};
+namespace {
 
 enum class Outcome {
     Done,
@@ -40,14 +38,35 @@ QIODevice::OpenMode withoutHarm(QIODevice::OpenMode mode)
     return mode | QIODevice::Append | QIODevice::ExistingOnly | QIODevice::Unbuffered;
 }
 
-OldContent readOld(const QString &path)
+/// What the file \a path holds; nothing where it cannot be read.
+std::optional<QByteArray> readOld(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        return {};
+        return std::nullopt;
     }
-    const QByteArray bytes = file.readAll();
-    return {file.error() == QFileDevice::NoError, bytes};
+    QByteArray bytes = file.readAll();
+    return file.error() == QFileDevice::NoError ? std::optional(std::move(bytes)) : std::nullopt;
+}
+
+/// True when \a file has the content \a content already.
+bool holds(const QFile &file, const QByteArray &content)
+{
+    return file.size() == content.size() && readOld(file.fileName()) == content;
+}
+
+/// All that the file \a path is to hold; nothing where it is added to and cannot be read.
+std::optional<QByteArray> wholeContent(const QString &path, QIODevice::OpenMode mode,
+                                       const QByteArray &content)
+{
+    if (!isAddition(mode)) {
+        return content;
+    }
+    std::optional<QByteArray> whole = readOld(path);
+    if (whole) {
+        *whole += content;
+    }
+    return whole;
 }
 
 /// A disk that fills up takes a part of a piece, and says why only when asked for the next.
@@ -130,7 +149,7 @@ bool replaceContent(QFile &file, const QByteArray &content, QString &reason)
     return true;
 }
 
-bool rewriteInPlace(const QString &path, const OldContent &old, const QByteArray &content,
+bool rewriteInPlace(const QString &path, const QByteArray &old, const QByteArray &content,
                     QString &reason)
 {
     QFile file(path);
@@ -142,7 +161,7 @@ bool rewriteInPlace(const QString &path, const OldContent &old, const QByteArray
         return true;
     }
     QString ignored;
-    static_cast<void>(replaceContent(file, old.bytes, ignored));
+    static_cast<void>(replaceContent(file, old, ignored));
     return false;
 }
 
@@ -166,14 +185,15 @@ Outcome writeNew(StandIn &standIn, const QString &path, QIODevice::OpenMode mode
 }
 
 /// Writes to the open file \a file itself, for want of a way to put another in its place.
-bool writeInPlace(QFile &file, QIODevice::OpenMode mode, const OldContent &old,
-                  const QByteArray &content, QString &reason)
+bool writeInPlace(QFile &file, QIODevice::OpenMode mode, const QByteArray &content, QString &reason)
 {
     if (isAddition(mode)) {
         return extendInPlace(file, content, reason);
     }
-    return old.isKnown ? rewriteInPlace(file.fileName(), old, content, reason)
-                       : writeStraight(file.fileName(), mode, content, reason);
+    const QString path = file.fileName();
+    const std::optional<QByteArray> old = readOld(path);
+    return old ? rewriteInPlace(path, *old, content, reason)
+               : writeStraight(path, mode, content, reason);
 }
 
 Outcome writeOver(StandIn &standIn, const QString &path, QIODevice::OpenMode mode,
@@ -185,18 +205,16 @@ Outcome writeOver(StandIn &standIn, const QString &path, QIODevice::OpenMode mod
         reason = file.errorString();
         return Outcome::Failed;
     }
-    const OldContent old = readOld(path);
-    if (!isAddition(mode) && old.isKnown && old.bytes == content && touch(file.handle())) {
+    if (!isAddition(mode) && holds(file, content) && touch(file.handle())) {
         return Outcome::Done;
     }
-    if (old.isKnown || !isAddition(mode)) {
-        const QByteArray whole = isAddition(mode) ? old.bytes + content : content;
-        const Outcome outcome = writeBeside(standIn, &file, mode, whole, reason);
+    if (const auto whole = wholeContent(path, mode, content)) {
+        const Outcome outcome = writeBeside(standIn, &file, mode, *whole, reason);
         if (outcome != Outcome::Impossible) {
             return outcome;
         }
     }
-    return outcomeOf(writeInPlace(file, mode, old, content, reason));
+    return outcomeOf(writeInPlace(file, mode, content, reason));
 }
 
 Outcome write(const QString &path, QIODevice::OpenMode mode, const QByteArray &content,

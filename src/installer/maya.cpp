@@ -12,6 +12,8 @@
 #include <QDebug>
 #include <QTextStream>
 
+#include <optional>
+
 namespace {
 
 constexpr QLatin1String pathLinePrefix = "\tsys.path.append( importable_path("_l1;
@@ -58,6 +60,25 @@ MayaUpdate blockUpdate(const QString &script, const QString &block)
     const auto end = script.indexOf(deferredCall) + deferredCall.size();
     const QLatin1String frame("\r\n");
     return {MayaUpdate::Part::Block, script.left(start) + frame + block + frame + script.mid(end)};
+}
+
+/// The text of the script \a target now. A long one that is still \a before is held only once.
+QString readAgain(const QString &target, const QString &before)
+{
+    const QString now = readText(target);
+    return now == before ? before : now;
+}
+
+/// What is to become of the script \a target; nothing when it has no addition yet.
+std::optional<MayaUpdate> dueUpdate(const QString &target, const QString &templateFile,
+                                    const QString &pluginFolder)
+{
+    const QString script = readText(target);
+    if (!hasMayaAddition(script)) {
+        return std::nullopt;
+    }
+    const QString templateText = readText(templateFile);
+    return mayaUpdate(script, readAgain(target, script), templateText, pluginFolder);
 }
 
 int updateUserSetup(const QString &target, const MayaUpdate &update)
@@ -132,11 +153,7 @@ int PluginInstaller::copyMayaUserSetup(const QString &templateFile, const QStrin
     // Deliberate (maya-backup-place): the backup lies in the plug-in folder, not beside the script.
     const QString backup = pluginFolder + "/userSetup.py.draskbackup"_l1;
 
-    const QString script = readText(target);
-    if (!hasMayaAddition(script)) {
-        return addToUserSetup(target, backup, templateFile, pluginFolder);
-    }
-    const QString templateText = readText(templateFile);
-    const QString scriptNow = readText(target);
-    return updateUserSetup(target, mayaUpdate(script, scriptNow, templateText, pluginFolder));
+    const std::optional<MayaUpdate> update = dueUpdate(target, templateFile, pluginFolder);
+    return update ? updateUserSetup(target, *update)
+                  : addToUserSetup(target, backup, templateFile, pluginFolder);
 }
