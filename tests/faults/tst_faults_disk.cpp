@@ -151,6 +151,24 @@ private slots:
         QVERIFY(station.log().join('\n').contains("Could not write file to the disk"));
     }
 
+    void namesOfCopiesAreBroughtToTheDisk()
+    {
+        TRACE_OR_SKIP();
+        const test::FaultStation station(Scene::FirstInstallation);
+        const test::Tracer tracer;
+        test::Disturbance onFolder = {"fsync", "error=EIO"};
+        onFolder.file = station.path("home/Cinema 4D R19/plugins/drask");
+        station.reset();
+
+        const test::RunResult result = station.run({},
+                                                   station.options(tracer.disturb(onFolder, 1)));
+
+        QVERIFY(!tracer.hit(onFolder).isEmpty());
+        // Not all disks have this for folders.
+        VERIFY_RUN(result, 0);
+        QVERIFY(station.isInstalled());
+    }
+
     void readOnlyHost_data()
     {
         QTest::addColumn<QString>("host");

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "disk/standin.h"
 #include "disk/wholefile.h"
 #include "faultcampaign.h"
 #include "filelooks.h"
@@ -58,6 +59,19 @@ int run(QStringList words)
         qFatal("The program does not end");
     }
     return process.exitStatus() == QProcess::CrashExit ? -1 : process.exitCode();
+}
+
+/// Starts \a words and waits until the process stands still. Returns that process, or 0 if it
+/// ended.
+int startStanding(QProcess &process, QStringList words, const test::Tracer &tracer)
+{
+    const QString program = words.takeFirst();
+    process.start(program, words);
+    int standing = 0;
+    while (standing == 0 && !process.waitForFinished(1)) {
+        standing = tracer.standingProgram();
+    }
+    return standing;
 }
 
 void makeFile(const test::Folder &folder, const QString &kind)
@@ -157,15 +171,22 @@ private slots:
              {"openat", "write", "fsync", "close", "dup", "rename", "fchown", "fchmod", "flock",
               "flistxattr", "fsetxattr", "read", "ftruncate"}) {
             const test::CallCount count = counts.value(call);
-            for (const char *effect : {"error=ENOSPC", "error=EIO", "error=EDQUOT", "error=EACCES",
-                                       "error=EROFS", "signal=KILL"}) {
+            QByteArrayList effects = {"error=ENOSPC", "error=EIO",   "error=EDQUOT",
+                                      "error=EACCES", "error=EROFS", "signal=KILL"};
+            if (QByteArray(call).startsWith("fch")) {
+                // Taken without a word, and not kept.
+                effects << "retval=0";
+            }
+            for (const QByteArray &effect : effects) {
                 for (int number = count.startUp + 1; number <= count.all; ++number) {
                     makeFile(sandbox, kind);
                     const test::Disturbance disturbance = {call, effect};
                     const int code = run(tracer.disturb(disturbance, number) + program);
                     ++faults;
-                    const QString where =
-                        QStringLiteral("%1 number %2, %3: ").arg(call).arg(number).arg(effect);
+                    const QString where = QStringLiteral("%1 number %2, %3: ")
+                                              .arg(call)
+                                              .arg(number)
+                                              .arg(QString(effect));
                     // In place, a kill can leave any part.
                     if (code >= 0 || way == Way::Beside) {
                         QCOMPARE(where + complaint(sandbox, before, after, looks, code), where);
@@ -185,13 +206,9 @@ private slots:
         const test::Sandbox sandbox;
         const test::Tracer tracer;
         sandbox.write("file", oldText);
-        QStringList program = tracer.standStill("fsync", 1) + words(sandbox, "add", "root");
         QProcess process;
-        process.start(program.takeFirst(), program);
-        int standing = 0;
-        while (standing == 0 && !process.waitForFinished(1)) {
-            standing = tracer.standingProgram();
-        }
+        const int standing = startStanding(
+            process, tracer.standStill("fsync", 1) + words(sandbox, "add", "root"), tracer);
         QVERIFY(standing > 0);
 
         sandbox.write("file", oldText + "somebody else's\n");
@@ -200,6 +217,65 @@ private slots:
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitCode(), 0);
         QCOMPARE(sandbox.read("file"), oldText + "somebody else's\n" + newText);
+        ++faults;
+    }
+
+    void whoeverGoesOnWritingDoesNotKeepTheAdditionOut()
+    {
+        const test::Sandbox sandbox;
+        const test::Tracer tracer;
+        sandbox.write("file", oldText);
+        QStringList program = tracer.disturb({"fsync", "delay_enter=100000", true}, 1)
+            + words(sandbox, "add", "root");
+        QProcess process;
+        process.start(program.takeFirst(), program);
+        while (!process.waitForFinished(1)) {
+            QFile file(sandbox.path("file"));
+            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Append)
+                    && file.write("more\n") > 0);
+        }
+
+        QCOMPARE(process.exitCode(), 0);
+        QVERIFY(sandbox.read("file").contains(newText));
+        ++faults;
+    }
+
+    void newFileThatAnotherRunTakesForALeftoverIsMadeAgain()
+    {
+        const test::Sandbox sandbox;
+        const test::Tracer tracer;
+        const QStringList program = words(sandbox, "rewrite", "root");
+        QCOMPARE(run(tracer.watch() + program), 0);
+        sandbox.remove("file");
+        QProcess process;
+        // The last file that it opens is the new one.
+        const int standing = startStanding(
+            process, tracer.standStill("openat", tracer.calls().value("openat").all) + program,
+            tracer);
+        QVERIFY(standing > 0 && sandbox.exists(".drask-unfinished"));
+
+        clearUnfinished(sandbox.path("file"));
+        sandbox.write(".drask-unfinished", "the other run's");
+        kill(standing, SIGCONT);
+
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 0);
+        QCOMPARE(sandbox.read("file"), newText);
+        QCOMPARE(sandbox.read(".drask-unfinished"), QByteArray("the other run's"));
+        ++faults;
+    }
+
+    void failureThatShowsOnClosingIsTold()
+    {
+        const test::Sandbox sandbox;
+        const test::Tracer tracer;
+        sandbox.write("file", oldText);
+        const QStringList program = words(sandbox, "rewrite", "root");
+        QCOMPARE(run(tracer.watch() + program), 0);
+        sandbox.write("file", oldText);
+        const int number = tracer.calls().value("close").startUp + 1;
+        QCOMPARE(run(tracer.disturb({"close", "error=EIO", true}, number) + program), 1);
+        QCOMPARE(sandbox.read("file"), oldText);
         ++faults;
     }
 

@@ -89,6 +89,18 @@ private slots:
         VERIFY_TREE(pass.program, {{"version.txt", DRASK_VERSION}});
     }
 
+    void oldFilesOfCinema4dGoAfterTheConfiguration()
+    {
+        const test::PassCase pass;
+        const PluginPathStruct host = hostIn(pass, "c4d", "/plugins/drask");
+        pass.makeFolder("shipped c4d");
+        pass.makeFolder("c4d/plugins/drask");
+        // Written first, it lands in the old file, and goes with it.
+        pass.makeLink("../Grex.cdl", "c4d/plugins/drask/manager.cfg");
+        QCOMPARE(runPass({host}), 0);
+        QVERIFY(!pass.exists("c4d/plugins/Grex.cdl"));
+    }
+
     void hostsAreServedInListOrder()
     {
         const test::PassCase pass;
