@@ -61,7 +61,7 @@ QString houdiniEnvironment(const PluginPathStruct &host)
 int installMaya(const PluginPathStruct &host)
 {
     const QString target = host.targetFolder();
-    const QString templateFile = target + "/drask_userSetup.py"_l1;
+    const QString templateFile = target + mayaTemplateFile;
     if (PluginInstaller::copyMayaUserSetup(templateFile, target) > 0) {
         writeErrorFile(Message::userSetupFailed + target);
         return ExitCode::configurationNotWritten;
@@ -158,12 +158,21 @@ void removeLegacyCinema4dFiles(const PluginPathStruct &host)
     }
 }
 
-void clearUnfinishedStartUpFile(const PluginPathStruct &host)
+QString startUpFileOf(const PluginPathStruct &host)
 {
     for (const HostStep &step : hostSteps) {
         if (host.applicationName == step.key && step.startUpFile != nullptr) {
-            clearUnfinished(step.startUpFile(host));
+            return step.startUpFile(host);
         }
+    }
+    return {};
+}
+
+void clearUnfinishedStartUpFile(const PluginPathStruct &host)
+{
+    const QString file = startUpFileOf(host);
+    if (!file.isEmpty()) {
+        clearUnfinished(file);
     }
 }
 

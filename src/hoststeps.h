@@ -24,6 +24,13 @@ QStringList legacyCinema4dFiles(const PluginPathStruct &host);
 /// over silently. Logs nothing.
 void removeLegacyCinema4dFiles(const PluginPathStruct &host);
 
+/// The name of the template of Maya's start-up script in a plug-in, after the folder.
+inline constexpr QLatin1String mayaTemplateFile = "/drask_userSetup.py"_l1;
+
+/// The user's file that the steps of \a host edit, whether it is there or not; empty for a host
+/// without one.
+QString startUpFileOf(const PluginPathStruct &host);
+
 /// Takes away what a killed run left beside the user's file that the steps of \a host edit. Logs
 /// nothing.
 void clearUnfinishedStartUpFile(const PluginPathStruct &host);

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "installer/foldercopy.h"
+
 #include "disk/diskwait.h"
 #include "disk/filecopy.h"
 #include "disk/files.h"
@@ -49,7 +51,7 @@ int placeFile(const QString &source, const QString &target, QFile &manifest, Pla
     } else if (!copier.copyTo(target)) {
         // Deliberate (failed-copy-is-no-failure): the rights check below decides.
         qDebug() << Message::fileNotCopied << source << Message::copiedTo << target;
-    } else if (!target.contains("drask_uninstall"_l1)) {
+    } else if (isListed(target)) {
         result = list(target, manifest);
     }
     if (!placed.open(target)) {
@@ -63,11 +65,10 @@ int placeFile(const QString &source, const QString &target, QFile &manifest, Pla
 /// Deliberate (shelf-for-every-folder): uninstallers skip what is gone.
 int listMayaShelf(const QString &src, const QString &dst, QFile &manifest)
 {
-    if (!src.contains("plugins/maya"_l1)) {
+    if (!makesShelf(src)) {
         return Result::success;
     }
-    return list(dst.left(dst.lastIndexOf("/scripts"_l1)) + "/prefs/shelves/shelf_DraskGrex.mel"_l1,
-                manifest);
+    return list(dst.left(dst.lastIndexOf("/scripts"_l1)) + shelfFile, manifest);
 }
 
 /// A folder of a plug-in. What cannot be listed is not copied, so the log says so, once.
@@ -126,6 +127,16 @@ void logLostCopies(PlacedFiles &placed)
 }
 
 } // namespace
+
+bool isListed(const QString &target)
+{
+    return !target.contains("drask_uninstall"_l1);
+}
+
+bool makesShelf(const QString &source)
+{
+    return source.contains("plugins/maya"_l1);
+}
 
 bool PluginInstaller::openManifest(const QString &dst)
 {

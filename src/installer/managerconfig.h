@@ -18,6 +18,9 @@ struct ManagerConfig {
     bool copyTexFiles = true; ///< whether the user sends textures along
 };
 
+/// The index of the line that says the CPU type.
+inline constexpr int cpuTypeLine = 4;
+
 /// The seven lines of \a config, without line ends.
 QStringList managerConfigLines(const ManagerConfig &config);
 

@@ -169,6 +169,7 @@ struct HostAnswer {
     QString key;                  ///< the host's, as the settings have it
     QString path;                 ///< the host's folder, as the settings have it
     QString target;               ///< the folder of the plug-in
+    QString startUpFile;          ///< the user's file that is edited for it; empty for none
     State state = State::Unknown; ///< in the terms of the command
     std::optional<int> installed; ///< the version that is there
     std::optional<int> wanted;  ///< the version that the settings ask for; none for an unknown host

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "status/commands.h"
 
+#include "hoststeps.h"
 #include "installer/maya.h"
 #include "installer/scriptedit.h"
 #include "literals.h"
@@ -94,15 +95,14 @@ QList<Problem> checkPath(const PluginPathStruct &target)
 
 QList<Problem> checkStartUpFile(const PluginPathStruct &target)
 {
-    if (target.applicationName == "houdini"_l1) {
-        const QString file = target.path + "/houdini.env"_l1;
-        return checkWritable(target.path) + checkFileWritable(file);
-    }
-    if (target.applicationName != "maya"_l1) {
+    if (startUpFileOf(target).isEmpty()) {
         return {};
     }
-    const QString file = QDir::cleanPath(target.targetFolder() + "/../userSetup.py"_l1);
+    const QString file = QDir::cleanPath(startUpFileOf(target));
     QList<Problem> problems = checkFileWritable(file);
+    if (target.applicationName != "maya"_l1) {
+        return checkWritable(target.path) + problems;
+    }
     const QString script = readText(file);
     if (script.contains(installedMarker) && !hasMayaAddition(script)) {
         problems.append({Kind::UserSetupUnrecognised, file,

@@ -3,6 +3,7 @@
 
 #include "commandline.h"
 #include "driver.h"
+#include "installer/managerconfig.h"
 #include "literals.h"
 #include "logging.h"
 #include "status/filelook.h"
@@ -62,7 +63,6 @@ QString *ForetoldLog::text = nullptr;
 /// told the last time.
 QByteArray lastCpuType(const Setup &setup)
 {
-    constexpr int cpuTypeLine = 4;
     if (lookAt(setup.folder + "/cputype"_l1) == Found::Nothing) {
         return {};
     }
@@ -131,16 +131,10 @@ QList<Problem> findSilentLosses(const HostAnswer &host, const PluginPathStruct &
                                                    : QList<Problem>();
             });
     }
-    if (target.applicationName == "maya"_l1) {
-        const QString file = host.target + "/../userSetup.py"_l1;
-        problems += checkForetold(disk, file, Kind::UserSetupUnreadable, [&](const FileText &text) {
-            return checkUserSetup(text, file, host.target);
-        });
-    } else if (target.applicationName == "houdini"_l1) {
-        const QString file = host.path + "/houdini.env"_l1;
+    if (!host.startUpFile.isEmpty()) {
         problems += checkForetold(
-            disk, file, Kind::HoudiniEnvUnreadable,
-            [&](const FileText &text) { return checkHoudiniEnv(text, file); });
+            disk, host.startUpFile, unreadableStartUpFile(host),
+            [&](const FileText &text) { return checkStartUpFile(host, text); });
     }
     return problems;
 }

@@ -4,6 +4,7 @@
 #include "disk/folderlisting.h"
 #include "disk/samefile.h"
 #include "hoststeps.h"
+#include "installer/foldercopy.h"
 #include "literals.h"
 #include "status/filelook.h"
 #include "versionfile.h"
@@ -112,7 +113,7 @@ void PluginCheck::setManifest(const QString &text)
 /// True when the manifest lacks \a file, which an installation puts there.
 bool PluginCheck::isUnlisted(const QString &file) const
 {
-    return !listed.contains(file) && !exempt.contains(file) && !file.contains("drask_uninstall"_l1);
+    return !listed.contains(file) && !exempt.contains(file) && isListed(file);
 }
 
 QStringList PluginCheck::unlisted(const QString &manifestText)
@@ -210,11 +211,9 @@ void PluginCheck::checkContent(const QString &file, const QString &shipped)
     }
 }
 
-/// The shelf that Maya's plug-in makes for itself, sooner or later.
 bool PluginCheck::isShelf(const QString &file) const
 {
-    return source.contains("plugins/maya"_l1)
-        && file.endsWith("/prefs/shelves/shelf_DraskGrex.mel"_l1);
+    return makesShelf(source) && file.endsWith(shelfFile);
 }
 
 void PluginCheck::checkListed(const QString &file)

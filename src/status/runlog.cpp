@@ -261,10 +261,10 @@ bool RunReader::readEdit(LogLine &line)
     static_cast<void>(line.takeText(reason));
     const HostAnswer &current = host();
     if (current.key == "houdini"_l1) {
-        add(Kind::HoudiniEnvNotWritten, current.path + "/houdini.env"_l1,
+        add(Kind::HoudiniEnvNotWritten, current.startUpFile,
             QStringLiteral("houdini.env cannot be written: %1.").arg(reason));
     } else {
-        add(Kind::UserSetupNotWritten, current.target + "/../userSetup.py"_l1,
+        add(Kind::UserSetupNotWritten, current.startUpFile,
             isTemplate ? QStringLiteral("The template drask_userSetup.py cannot be opened.")
                        : QStringLiteral("userSetup.py cannot be written. %1").arg(reason));
     }
@@ -337,7 +337,7 @@ void RunReader::blame(const QString &errors)
                              QStringLiteral("manager.cfg was not written.")});
         }
         if (says(Message::userSetupFailed, current.target) && !isKnown(Kind::UserSetupNotWritten)) {
-            problems.append({Kind::UserSetupNotWritten, current.target + "/../userSetup.py"_l1,
+            problems.append({Kind::UserSetupNotWritten, current.startUpFile,
                              QStringLiteral("userSetup.py was not written.")});
         }
         if (heaviest(problems) == Gravity::Fails && current.state != State::LeftOut) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "status/setup.h"
 
+#include "hoststeps.h"
 #include "literals.h"
 #include "status/filelook.h"
 #include "versionfile.h"
@@ -81,6 +82,7 @@ HostAnswer describe(const PluginPathStruct &target)
     host.key = target.applicationName;
     host.path = target.path;
     host.target = target.targetFolder();
+    host.startUpFile = startUpFileOf(target);
     if (!target.sourceFolder.isEmpty()) {
         host.wanted = target.version;
     }

@@ -139,7 +139,7 @@ QList<Problem> checkShippedPlugin(const PluginPathStruct &target)
     QList<Problem> problems = checkVersion(target) + checkEntries(target.sourceFolder)
         + checkReservedNames(target);
     if (target.applicationName == "maya"_l1) {
-        const QString file = target.sourceFolder + "/drask_userSetup.py"_l1;
+        const QString file = target.sourceFolder + mayaTemplateFile;
         if (lookAt(file) == Found::File) {
             problems += checkTemplate(wholeText(file), file);
         } else {

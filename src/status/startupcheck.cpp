@@ -14,7 +14,23 @@ int linesWith(const QString &text, QLatin1String word)
     return static_cast<int>(lines.filter(word).size());
 }
 
+bool isMaya(const HostAnswer &host)
+{
+    return host.key == "maya"_l1;
+}
+
 } // namespace
+
+QList<Problem> checkStartUpFile(const HostAnswer &host, const FileText &text)
+{
+    return isMaya(host) ? checkUserSetup(text, host.startUpFile, host.target)
+                        : checkHoudiniEnv(text, host.startUpFile);
+}
+
+Kind unreadableStartUpFile(const HostAnswer &host)
+{
+    return isMaya(host) ? Kind::UserSetupUnreadable : Kind::HoudiniEnvUnreadable;
+}
 
 QList<Problem> checkUserSetup(const FileText &script, const QString &file,
                               const QString &pluginFolder)

@@ -11,6 +11,12 @@
 /// A text, or nothing where there is no file.
 using FileText = std::optional<QString>;
 
+/// What is wrong with the start-up file of \a host, whose text is \a text.
+QList<Problem> checkStartUpFile(const HostAnswer &host, const FileText &text);
+
+/// The kind of a start-up file of \a host that cannot be read.
+Kind unreadableStartUpFile(const HostAnswer &host);
+
 /// What is wrong with Maya's start-up script \a file, whose text is \a script, for the plug-in in
 /// \a pluginFolder.
 QList<Problem> checkUserSetup(const FileText &script, const QString &file,

@@ -5,6 +5,7 @@
 #include "disk/rights.h"
 #include "disk/standin.h"
 #include "globals.h"
+#include "hoststeps.h"
 #include "installer/managerconfig.h"
 #include "literals.h"
 #include "status/filelook.h"
@@ -43,7 +44,6 @@ QList<Problem> checkConfig(const QString &target, const Setup &setup)
     }
     QStringList lines = managerConfigLines({setup.user, setup.projects, setup.folder,
                                             installerVersion, QByteArray(), setup.copyTexFiles});
-    constexpr int cpuTypeLine = 4;
     // What cputype would say cannot be known without starting it.
     if (lookAt(setup.folder + "/cputype"_l1) != Found::Nothing) {
         lines[cpuTypeLine] = text->split(QLatin1Char('\n')).value(cpuTypeLine);
@@ -55,24 +55,16 @@ QList<Problem> checkConfig(const QString &target, const Setup &setup)
     return {};
 }
 
-QList<Problem> checkStartUp(const PluginPathStruct &target)
+QList<Problem> checkStartUp(const HostAnswer &host)
 {
+    if (host.startUpFile.isEmpty()) {
+        return {};
+    }
     bool isReadable = false;
-    if (target.applicationName == "maya"_l1) {
-        const QString file = target.targetFolder() + "/../userSetup.py"_l1;
-        const FileText text = readIfThere(file, isReadable);
-        return isReadable ? checkUserSetup(text, file, target.targetFolder())
-                          : QList<Problem>{{Kind::UserSetupUnreadable, file,
-                                            QStringLiteral("userSetup.py cannot be read.")}};
-    }
-    if (target.applicationName == "houdini"_l1) {
-        const QString file = target.path + "/houdini.env"_l1;
-        const FileText text = readIfThere(file, isReadable);
-        return isReadable ? checkHoudiniEnv(text, file)
-                          : QList<Problem>{{Kind::HoudiniEnvUnreadable, file,
-                                            QStringLiteral("houdini.env cannot be read.")}};
-    }
-    return {};
+    const FileText text = readIfThere(host.startUpFile, isReadable);
+    return isReadable ? checkStartUpFile(host, text)
+                      : QList<Problem>{{unreadableStartUpFile(host), host.startUpFile,
+                                        QStringLiteral("The file cannot be read.")}};
 }
 
 /// Unfinished files of runs that were cut off, in \a folder alone.
@@ -103,10 +95,9 @@ QList<Problem> findAllLeftOvers(const PluginPathStruct &target)
 {
     const QString folder = target.targetFolder();
     QSet<QString> folders{folder};
-    if (target.applicationName == "maya"_l1) {
-        folders.insert(folder + "/.."_l1);
-    } else if (target.applicationName == "houdini"_l1) {
-        folders.insert(target.path);
+    const QString script = startUpFileOf(target);
+    if (!script.isEmpty()) {
+        folders.insert(script.left(script.lastIndexOf(QLatin1Char('/'))));
     }
     const QStringList names = shippedFiles(target.sourceFolder);
     for (const QString &name : names) {
@@ -151,7 +142,7 @@ HostAnswer checkTarget(const PluginPathStruct &target, const Setup &setup,
         return host;
     } else {
         host.problems = checkPluginFiles(target, host.installed, Look::Inside)
-            + checkConfig(host.target, setup) + checkStartUp(target) + findAllLeftOvers(target);
+            + checkConfig(host.target, setup) + checkStartUp(host) + findAllLeftOvers(target);
     }
     if (shared.contains(host.target)) {
         host.problems.append({Kind::SharedFolder, host.target,
