@@ -77,6 +77,23 @@ ansible_all() {
     (cd deploy/ansible && ansible-lint --offline --profile production -q --nocolor \
         playbooks/*.yml roles/plugins galaxy.yml meta/runtime.yml)
 }
+# Those of Ansible's own tests that need nothing from the net; it wants a place of a certain name.
+ansible_sane() {
+    local place test tests=() version
+    version=$(ansible --version | sed -n 's/.*python version = \([0-9]*[.][0-9]*\).*/\1/p')
+    place=$(mktemp -d) || return 1
+    mkdir -p "$place/ansible_collections/drask"
+    cp -r deploy/ansible "$place/ansible_collections/drask/installer"
+    for test in compile empty-init line-endings no-illegal-filenames no-smart-quotes shebang shellcheck \
+        symlinks use-argspec-type-path; do
+        tests+=(--test "$test")
+    done
+    (cd "$place/ansible_collections/drask/installer" \
+        && ansible-test sanity --color no --python "$version" "${tests[@]}" 2>&1)
+    local result=$?
+    rm -r "$place"
+    return "$result"
+}
 cppcheck_sources() {
     # useStlAlgorithm: a loop over a table reads better than a lambda.
     cppcheck --enable=warning,style,performance,portability --inline-suppr --library=qt \
@@ -92,6 +109,7 @@ check "oddities" scripts/deliberate.sh
 check "yamllint" yaml_all
 if command -v ansible-lint >/dev/null; then
     check "ansible-lint" ansible_all
+    check "ansible-test" ansible_sane
 else
     echo "ansible-lint   skipped: no package of it here"
 fi
