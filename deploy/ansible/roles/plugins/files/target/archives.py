@@ -50,9 +50,16 @@ def harmless(member):
 def unpack(archive, folder, landmark):
     """Returns the folder in which \"landmark\" finds what it looks for: the top, or the one in it."""
     os.makedirs(folder)
-    with tarfile.open(archive) as tar:
-        tar.extraction_filter = lambda member, _path: member
-        tar.extractall(folder, [harmless(member) for member in tar])
+    try:
+        with tarfile.open(archive) as tar:
+            tar.extraction_filter = lambda member, _path: member
+            tar.extractall(folder, [harmless(member) for member in tar])
+    except (OSError, tarfile.TarError) as error:
+        # Not to leave a full disk full.
+        shutil.rmtree(folder, ignore_errors=True)
+        raise Trouble("The archive %s cannot be unpacked in %s: %s"
+                      % (os.path.basename(archive), folder,
+                         getattr(error, "strerror", None) or error)) from error
     inner = [os.path.join(folder, name) for name in os.listdir(folder)]
     for top in [folder] + (inner if len(inner) == 1 else []):
         if os.path.isdir(top) and landmark(top):
