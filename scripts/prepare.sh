@@ -29,7 +29,7 @@ debian_packages() {
         bench) echo "hyperfine gnuplot-nox rsync time" ;;
         docs) echo "bats doxygen graphviz linkchecker locales lowdown mandoc python3" ;;
         package) echo "bats dpkg-dev file" ;;
-        fleet) echo "ansible-core bats openssh-client openssh-server" ;;
+        fleet) echo "ansible-core bats openssh-client openssh-server sudo" ;;
         *) fail "There is no list of packages for '$1'" ;;
     esac
 }

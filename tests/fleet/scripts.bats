@@ -18,17 +18,9 @@ setup() {
     done
     escaped=${hosts//\\/\\\\}
     escaped=${escaped//\"/\\\"}
-    put "$DRASK_FOLDER/settings.ini" <<TEXT
-[plugins]
-version3ds=7
-versionModo=7
-[pluginpaths]
-1\\application=modo
-1\\path="$escaped/modo"
-2\\application=3dsmax
-2\\path="$escaped/3ds"
-size=2
-TEXT
+    printf '%s\n' "[plugins]" version3ds=7 versionModo=7 "[pluginpaths]" size=2 \
+        "1\application=modo" "1\path=\"$escaped/modo\"" \
+        "2\application=3dsmax" "2\path=\"$escaped/3ds\"" | put "$DRASK_FOLDER/settings.ini"
 }
 
 script() { run "$repository/deploy/scripts/$1.sh"; }

@@ -33,6 +33,8 @@ home() { echo "$studio/homes/$1"; }
 manager() { echo "$studio/homes/$1/Drask Mänager"; }
 host() { echo "$(home "$1")/${place[$1]}/$2"; }
 user() { if [ -n "${DRASK_PRIVATE_MOUNTS-}" ]; then echo "artist_$1"; else id -un; fi; }
+# What is put on a small disk.
+disk_of() { if [ "$1" = ws5 ]; then host ws5 rhino; else manager "$1"; fi; }
 modo() { echo "$(host "$1" modo)/Scripts/drask"; }
 
 # Users that only this test sees.
@@ -113,10 +115,13 @@ TEXT
     "$(command -v sshd)" -f "$folder/config" -E "$folder/log"
 }
 
-# Also the connections that the play before has left open for some seconds.
+# Also the connections that the play before has left open for some time.
 stop_sshd() {
+    local connection_to
     kill "$(cat "$studio/sshd/$1/pid")" 2>/dev/null || true
-    rm -f "$studio/controller/.ansible/cp"/*
+    for connection_to in "$studio/controller/.ansible/cp"/*; do
+        ssh -O exit -o ControlPath="$connection_to" "$1" 2>/dev/null || true
+    done
 }
 
 start_all_sshds() {
@@ -145,7 +150,10 @@ way_to() {
             [ ! -x /usr/bin/python3 ] || echo ", ansible_python_interpreter: /usr/bin/python3"
             ;;
     esac
-    [ -z "${DRASK_PRIVATE_MOUNTS-}" ] || echo ", ansible_become_method: su"
+    # With su nothing can go through the standard input, so one is enough.
+    if [ -n "${DRASK_PRIVATE_MOUNTS-}" ] && { [ "$1" = ws6 ] || ! command -v sudo >/dev/null; }; then
+        echo ", ansible_become_method: su"
+    fi
 }
 
 yaml_text() { printf "'%s'" "${1//\'/\'\'}"; }
@@ -178,7 +186,7 @@ host_key_checking = false
 retry_files_enabled = false
 [ssh_connection]
 pipelining = true
-ssh_args = -o ControlMaster=auto -o ControlPersist=20s -o IdentityFile=$studio/key -o UserKnownHostsFile=/dev/null -o IdentitiesOnly=yes -o LogLevel=ERROR
+ssh_args = -o ControlMaster=auto -o ControlPersist=60s -o IdentityFile=$studio/key -o UserKnownHostsFile=/dev/null -o IdentitiesOnly=yes -o LogLevel=ERROR
 TEXT
     mkdir -p "$studio/collections/ansible_collections/drask"
     ln -s "$repository/deploy/ansible" "$studio/collections/ansible_collections/drask/installer"
@@ -217,7 +225,7 @@ build_studio() {
 tear_down_studio() {
     local ws
     for ws in $workstations; do [ ! -f "$studio/sshd/$ws/pid" ] || stop_sshd "$ws"; done
-    [ -z "${DRASK_PRIVATE_MOUNTS-}" ] || umount "$(host ws5 rhino)" 2>/dev/null || true
+    [ -z "${DRASK_PRIVATE_MOUNTS-}" ] || umount "$(disk_of ws2)" "$(disk_of ws3)" "$(disk_of ws5)" 2>/dev/null || true
 }
 
 # play BOOK OPTION…: what it says becomes $output, and what became of each workstation $recap.
