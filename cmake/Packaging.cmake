@@ -35,8 +35,14 @@ endfunction()
 drask_add_portable(drask-installer drask_installer_core)
 drask_add_portable(drask-status drask_status_core)
 
+# What somebody without the sources needs to know.
+set(pages docs/integration.md docs/formats.md docs/support.md docs/status.md)
 install(FILES LICENSE docs/status.schema.json
   DESTINATION . COMPONENT portable EXCLUDE_FROM_ALL)
+install(FILES ${pages} DESTINATION doc COMPONENT portable EXCLUDE_FROM_ALL)
+install(FILES docs/drask-installer.1 docs/drask-status.1
+  DESTINATION man/man1 COMPONENT portable EXCLUDE_FROM_ALL)
+install(PROGRAMS deploy/support-bundle DESTINATION . COMPONENT portable EXCLUDE_FROM_ALL)
 install(CODE "set(program \"$<TARGET_FILE:drask-installer>\")"
   COMPONENT portable EXCLUDE_FROM_ALL)
 install(SCRIPT ${packaging_dir}/CarryLibraries.cmake COMPONENT portable EXCLUDE_FROM_ALL)
@@ -46,6 +52,8 @@ install(SCRIPT ${packaging_dir}/CarryLibraries.cmake COMPONENT portable EXCLUDE_
 set(debian_doc_dir usr/share/doc/${PROJECT_NAME})
 install(TARGETS drask-installer drask-status
   RUNTIME DESTINATION opt/drask COMPONENT debian EXCLUDE_FROM_ALL)
+install(PROGRAMS deploy/support-bundle DESTINATION opt/drask COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES ${pages} DESTINATION ${debian_doc_dir} COMPONENT debian EXCLUDE_FROM_ALL)
 install(FILES docs/status.schema.json DESTINATION usr/share/${PROJECT_NAME}
   COMPONENT debian EXCLUDE_FROM_ALL)
 install(FILES completions/drask-status.bash DESTINATION usr/share/bash-completion/completions
@@ -60,7 +68,8 @@ install(CODE "
   set(source_dir \"${PROJECT_SOURCE_DIR}\")
   set(doc_dir \"${debian_doc_dir}\")
   set(release \"${PROJECT_NAME} (${PROJECT_VERSION}-1)\")
-  set(maintainer \"${DRASK_PACKAGE_CONTACT}\")"
+  set(maintainer \"${DRASK_PACKAGE_CONTACT}\")
+  set(strip \"${CMAKE_STRIP}\")"
   COMPONENT debian EXCLUDE_FROM_ALL)
 install(SCRIPT ${packaging_dir}/DebianDocs.cmake COMPONENT debian EXCLUDE_FROM_ALL)
 

@@ -36,12 +36,12 @@ check_test() {
 check_entry() {
     local name=$1 text=$2 test tests
     case $text in
-        *'*No comment.*'*)
-            ! comments | grep -qxF -e "$name" || complain "$name: it has a comment after all" ;;
-        *)
+        *'*Comment. Tests:*'*)
             comments | grep -qxF -e "$name" || complain "$name: no source has a comment" ;;
+        *)
+            ! comments | grep -qxF -e "$name" || complain "$name: it has a comment after all" ;;
     esac
-    tests=$(printf '%s\n' "${text##*\*Tests:\*}" | grep -oE '`[^`]+`' | tr -d '`')
+    tests=$(printf '%s\n' "${text##*Tests:\*}" | grep -oE '`[^`]+`' | tr -d '`')
     [ -n "$tests" ] || complain "$name: it names no test"
     while IFS= read -r test; do
         [ -z "$test" ] || check_test "$name" "$test"

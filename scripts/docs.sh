@@ -53,12 +53,22 @@ check_links() {
         || complain "$output"
 }
 
+# What cannot read VERSION has it all the same.
+check_version() {
+    local version
+    version=$(cat VERSION)
+    grep -qxF "version: $version" deploy/ansible/galaxy.yml || complain "galaxy.yml has another version"
+    grep -m 1 '^## ' CHANGELOG.md | grep -qF "[$version]" || complain "CHANGELOG.md begins with another version"
+    grep -qF "\"installer\": \"$version\"" docs/status.md || complain "docs/status.md has another version"
+}
+
 check_manual() {
     local output
     output=$(mandoc -T lint -W warning docs/*.1 2>&1) || complain "$output"
 }
 
 check_error_file
+check_version
 lacking=$(find src -name '*.h' -exec grep -L '^/// \\file$' {} +)
 [ -z "$lacking" ] || complain "These lack their \\file comment:" "$lacking"
 if have lowdown "Links were not checked" && have linkchecker "Links were not checked"; then

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Builds every package of this platform: on Linux a .tar.gz and a .deb, on macOS a .tar.gz and a
-# .pkg.
+# .pkg; beside them SHA256SUMS.
 #
 #   scripts/package.sh [FOLDER]    the packages come to lie in FOLDER; without it, in build/package
 set -u
@@ -34,7 +34,23 @@ choose_flags() {
 
 remove_old_packages() {
     rm -f "$folder"/drask-installer[-_]*.tar.gz "$folder"/drask-installer[-_]*.deb \
-        "$folder"/drask-installer[-_]*.pkg
+        "$folder"/drask-installer[-_]*.pkg "$folder"/SHA256SUMS*
+}
+
+# The names of the packages that were made.
+packages() {
+    local package
+    for package in "$folder"/drask-installer[-_]*.tar.gz "$folder"/drask-installer[-_]*.deb \
+        "$folder"/drask-installer[-_]*.pkg; do
+        [ ! -e "$package" ] || printf '%s\n' "${package##*/}"
+    done
+}
+
+sum_up() {
+    local tool=sha256sum
+    command -v $tool >/dev/null || tool="shasum -a 256"
+    # shellcheck disable=SC2086 # a command and its option
+    (cd "$folder" && packages | xargs $tool >SHA256SUMS) || fail "The packages could not be summed up"
 }
 
 install_packages build package
@@ -43,7 +59,5 @@ choose_flags
 build_program "$folder"
 remove_old_packages
 run_quietly cmake --build "$folder" --target package
-for package in "$folder"/drask-installer[-_]*.tar.gz "$folder"/drask-installer[-_]*.deb \
-    "$folder"/drask-installer[-_]*.pkg; do
-    [ ! -e "$package" ] || printf '%s\n' "$package"
-done
+sum_up
+{ packages; echo SHA256SUMS; } | sed "s|^|$folder/|"

@@ -20,7 +20,7 @@ brew_qt() { [ "${DRASK_QT-}" = 5 ] && echo qt@5 || echo qtbase; }
 debian_packages() {
     case $1 in
         build) echo "g++ cmake ninja-build $(debian_qt)" ;;
-        test) echo "ccache lld strace util-linux mount python3-jsonschema" ;;
+        test) echo "ccache gnupg lintian lld strace util-linux mount python3-jsonschema" ;;
         lint) echo "clang-format cppcheck shellcheck yamllint ansible-lint" ;;
         analysis) echo "clang-tidy clazy" ;;
         memory) echo "valgrind" ;;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "installerversion.h"
 #include "literals.h"
 
 #include <QLatin1String>
@@ -24,4 +25,5 @@ extern const int pluginVersion;
 
 /// The installer's own version text: line 4 of every manager.cfg, and all of the version.txt that
 /// the installer keeps beside itself.
-inline constexpr QLatin1String installerVersion = "2.3.10"_l1;
+inline constexpr QLatin1String installerVersion(installerVersionText,
+                                                sizeof installerVersionText - 1);

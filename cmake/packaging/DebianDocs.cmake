@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Runs while the .deb is put together. Writes the documents that Debian wants compressed. Wants:
-# source_dir, doc_dir, release ("name (version)") and maintainer.
+# Runs while the .deb is put together. Writes the documents that Debian wants compressed, and strips what
+# Debian strips. Wants: source_dir, doc_dir, release ("name (version)"), maintainer and strip.
 set(package_dir "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
 
 # compressed(FILE): without name and time, so that the same sources make the same package.
@@ -27,6 +27,11 @@ configure_file("${source_dir}/CHANGELOG.md" "${package_dir}/${doc_dir}/changelog
 compressed("${package_dir}/${doc_dir}/changelog")
 
 foreach(program IN ITEMS drask-installer drask-status)
+  execute_process(COMMAND "${strip}" --remove-section=.comment --remove-section=.note
+    "${package_dir}/opt/drask/${program}" RESULT_VARIABLE failed)
+  if(failed)
+    message(FATAL_ERROR "${program} could not be stripped")
+  endif()
   set(manual "${package_dir}/usr/share/man/man1/${program}.1")
   configure_file("${source_dir}/docs/${program}.1" "${manual}" COPYONLY)
   compressed("${manual}")

@@ -220,5 +220,5 @@ assert [host["state"] for host in hosts] == ["damaged", "whole", "whole"], hosts
     run -0 ansible-galaxy collection build --output-path "$studio"
     [ -s "$studio/drask-installer-$(sed -n 's/^version: //p' galaxy.yml).tar.gz" ]
     same "the collection's version" "$(sed -n 's/^version: //p' galaxy.yml)" \
-        "$(sed -n 's/.*installerVersion = "\([0-9.]*\)".*/\1/p' "$repository/src/globals.h")"
+        "$(cat "$repository/VERSION")"
 }

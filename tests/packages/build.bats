@@ -9,5 +9,6 @@ load support
     run -0 "$repository/scripts/package.sh" "$DRASK_PACKAGES"
     same "what was built" "$output" "\
 $DRASK_PACKAGES/drask-installer-$version-linux-$(uname -m).tar.gz
-$DRASK_PACKAGES/drask-installer_$version-1_$(dpkg --print-architecture).deb"
+$DRASK_PACKAGES/drask-installer_$version-1_$(dpkg --print-architecture).deb
+$DRASK_PACKAGES/SHA256SUMS"
 }

@@ -36,10 +36,15 @@ field() {
     same "what the package holds" "$(below "$contents")" "\
 opt/drask/drask-installer
 opt/drask/drask-status
+opt/drask/support-bundle
 usr/share/bash-completion/completions/drask-status
 usr/share/doc/drask-installer/changelog.Debian.gz
 usr/share/doc/drask-installer/changelog.gz
 usr/share/doc/drask-installer/copyright
+usr/share/doc/drask-installer/formats.md
+usr/share/doc/drask-installer/integration.md
+usr/share/doc/drask-installer/status.md
+usr/share/doc/drask-installer/support.md
 usr/share/drask-installer/status.schema.json
 usr/share/lintian/overrides/drask-installer
 usr/share/man/man1/drask-installer.1.gz
@@ -50,6 +55,12 @@ usr/share/zsh/vendor-completions/_drask-status"
     zcat "$documents/changelog.Debian.gz" >"$contents/changelog"
     same "the version in the change log" \
         "$(dpkg-parsechangelog --file "$contents/changelog" --show-field Version)" "$version-1"
+}
+
+@test "lintian finds nothing" {
+    want_tools lintian
+    run -0 lintian --allow-root --info --pedantic --display-info --fail-on error,warning,info,pedantic \
+        "$package"
 }
 
 @test "the shell completes commands and their options" {

@@ -81,6 +81,16 @@ run_and_verify() {
     [ -s "$root$manager/licenses/common-licenses/LGPL-3" ] # Qt's
 }
 
+@test "the package has its pages" {
+    same "the pages" "$(below "$root$manager/doc")" "formats.md
+integration.md
+status.md
+support.md"
+    same "the manual" "$(below "$root$manager/man")" "man1/drask-installer.1
+man1/drask-status.1"
+    [ -x "$root$manager/support-bundle" ]
+}
+
 # Without this the runs below would prove nothing.
 @test "without its libraries the program does not start" {
     rm -r "${root:?}$manager/lib"

@@ -6,7 +6,7 @@ bats_require_minimum_version 1.5.0
 export LC_ALL=C.UTF-8
 
 repository=$(cd "$BATS_TEST_DIRNAME/../.." && pwd)
-version=$(sed -n 's/.*installerVersion = "\([0-9.]*\)".*/\1/p' "$repository/src/globals.h")
+version=$(cat "$repository/VERSION")
 export qt_library=libQt${DRASK_QT:=5}Core.so.$DRASK_QT
 
 fail() {
