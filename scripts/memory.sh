@@ -10,13 +10,9 @@ export LC_ALL=C.UTF-8
 
 # The scenarios that are run, a line for each process.
 tested_runs() {
-    cat <<'TEXT'
-tst_scenarios --only mode-*
-tst_scenarios --only studio-*
-tst_scenarios --only artists-*
-tst_scenarios --only maya-*
-tst_scenarios --only legacy-all-hosts
-TEXT
+    for scenario in "$repository"/tests/endtoend/scenarios/{mode,studio,artists,maya,legacy-all}-*.txt; do
+        echo "tst_scenarios scenario:$(basename "$scenario" .txt)"
+    done
 }
 
 configure_and_build dev
