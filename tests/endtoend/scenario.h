@@ -6,6 +6,8 @@
 #include <QRegularExpression>
 #include <QVector>
 
+#include <algorithm>
+
 /// \file
 /// The text of a scenario; README.md describes it.
 
@@ -50,7 +52,7 @@ inline QString expanded(const QString &text, const Values &values)
     for (auto places = form.globalMatch(text); places.hasNext();) {
         const QRegularExpressionMatch place = places.next();
         const QString name = place.captured(3) + place.captured(4) + place.captured(6);
-        result += text.mid(end, place.capturedStart() - end);
+        result.append(text.constData() + end, place.capturedStart() - end);
         end = place.capturedEnd();
         if (place.capturedLength(2) > 0) {
             result += expanded(place.captured(1), values).repeated(place.captured(2).toInt());
@@ -98,6 +100,25 @@ inline QString escaped(const QByteArray &bytes)
         result += byte == '\\' ? "\\\\" : isPlain ? letter : "\\x" + letter.toHex();
     }
     return QString::fromUtf8(result);
+}
+
+/// A manifest has the order in which the file system lists a folder: here, its lines are sorted.
+inline QByteArray inOrder(const QString &path, const QByteArray &content)
+{
+    QList<QByteArray> lines = path.endsWith("uninstall.ini") ? content.split('\n')
+                                                             : QList<QByteArray>{content};
+    std::sort(lines.begin(), lines.end() - 1);
+    return lines.join('\n');
+}
+
+/// What a log of \a before got, as text. An end without a line end gets a backslash.
+inline QString added(const QByteArray &before, const QByteArray &after)
+{
+    const bool isKept = after.startsWith(before);
+    const QByteArray more = isKept ? after.mid(before.size()) : "(other logs)\n" + after;
+    // By its size: as a whole, Qt 5 reads to the first zero byte.
+    const QString text = QString::fromUtf8(more.constData(), more.size());
+    return text.isEmpty() || text.endsWith('\n') ? text : text + "\\\n";
 }
 
 /// How two texts differ; lines that are told with a "~ " may stand anywhere, more than once.

@@ -11,7 +11,6 @@
 #include <QHash>
 #include <QtTest>
 
-#include <algorithm>
 #include <memory>
 
 using namespace test;
@@ -26,25 +25,6 @@ const QString changesHeader = "-- changes --\n";
 const QStringList removals{"uninstallAllPlugins", "uninstallPlugin", "ov3uninstall"};
 const auto multiline = QRegularExpression::MultilineOption;
 bool accepts = false;
-
-/// A manifest has the order in which the file system lists a folder: here, its lines are sorted.
-QByteArray inOrder(const QString &path, const QByteArray &content)
-{
-    QList<QByteArray> lines = path.endsWith("uninstall.ini") ? content.split('\n')
-                                                             : QList<QByteArray>{content};
-    std::sort(lines.begin(), lines.end() - 1);
-    return lines.join('\n');
-}
-
-/// What a log of \a before got, as text. An end without a line end gets a backslash.
-QString added(const QByteArray &before, const QByteArray &after)
-{
-    const bool isKept = after.startsWith(before);
-    const QByteArray more = isKept ? after.mid(before.size()) : "(other logs)\n" + after;
-    // By its size: as a whole, Qt 5 reads to the first zero byte.
-    const QString text = QString::fromUtf8(more.constData(), more.size());
-    return text.isEmpty() || text.endsWith('\n') ? text : text + "\\\n";
-}
 
 /// Gives "of nobody", a mode such as "555", or age: to a file, or to all files of a folder.
 void give(const QString &path, const QString &attribute)
@@ -100,10 +80,10 @@ public:
         }
         QString text;
         for (const Section &section : std::as_const(sections)) {
-            text += section.header == secondRun ? "" : section.header + section.body;
+            text += section.header + section.body;
         }
         if (accepts) {
-            Folder().write(path, text.toUtf8());
+            Folder().write(path, text.remove(secondRun).toUtf8());
         }
     }
 
@@ -121,6 +101,7 @@ private:
     {
         const QString path = name(parts.first().section(" -> ", 0, 0));
         const QString text = expanded(section.body, values);
+        QStringList attributes = parts.mid(1);
         if (section.kind == "file") {
             workstation.write(path, unescaped(text));
         } else if (section.kind == "folder") {
@@ -142,11 +123,12 @@ private:
             disk = std::make_unique<SmallDisk>(workstation.path(path.section(", ", 0, 0)),
                                                path.section(", ", 1).toUtf8());
             skipped = disk->isMounted() ? "" : "only root may mount a disk, and only on Linux";
-        } else if (section.kind != "age") {
+        } else if (section.kind == "age") {
+            attributes << "aged";
+        } else {
             problem = "nobody knows what this is: " + section.header;
         }
-        for (const QString &attribute :
-             section.kind == "age" ? QStringList("aged") : parts.mid(1)) {
+        for (const QString &attribute : std::as_const(attributes)) {
             give(workstation.path(path), attribute);
         }
     }
@@ -163,9 +145,8 @@ private:
             const QString entry = QString("%1\\application=\\1\n%1\\path=\"\\2\"").arg(at + 1);
             hosts[at].replace(form, entry);
         }
-        const QStringList lines = all.filter(QRegularExpression("^(?!host )")) + QStringList(size)
-            + hosts;
-        workstation.write("tool/settings.ini", (lines.join('\n') + '\n').toUtf8());
+        hosts = all.filter(QRegularExpression("^(?!host )")) + QStringList(size) + hosts;
+        workstation.write("tool/settings.ini", (hosts.join('\n') + '\n').toUtf8());
         hosts = body.split('\n').filter(form).replaceInStrings(form, "<host entry: \\1 \\2>");
         values["look-up"] = hosts.join('\n');
     }
@@ -210,8 +191,8 @@ private:
         wrong += isFirst && !told.contains("\n! ") ? "no line is given by hand\n" : "";
         problem = wrong.isEmpty() ? ""
                                   : QString(header.header + wrong).replace(workstation.path(), "@");
-        const QString kind = sections.value(next).kind;
-        if (isFirst && kind != "again" && kind != "once" && !removals.contains(words.value(0))) {
+        const bool isTold = QStringList{"again", "once"}.contains(sections.value(next).kind);
+        if (isFirst && !isTold && !removals.contains(words.value(0))) {
             sections.insert(next, {secondRun, "again", "as the first", ""});
         }
         return next - 1;
