@@ -9,14 +9,6 @@
 
 namespace test {
 
-const char mayaTemplate[] = "#drask_installed\n"
-                            "import sys, maya.utils\n"
-                            "def searchTab():\n"
-                            "\tsys.path.append( importable_path(u'__scriptpath__'))\n"
-                            "\timport draskshelf\n"
-                            "\tdraskshelf.init()\n"
-                            "maya.utils.executeDeferred(\"searchTab()\")\n";
-
 namespace {
 
 constexpr int timeoutMs = 120000;

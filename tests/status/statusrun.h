@@ -11,7 +11,13 @@
 namespace test {
 
 /// A template of Maya's start-up script that keeps all rules.
-extern const char mayaTemplate[];
+inline constexpr char mayaTemplate[] = "#drask_installed\n"
+                                       "import sys, maya.utils\n"
+                                       "def searchTab():\n"
+                                       "\tsys.path.append( importable_path(u'__scriptpath__'))\n"
+                                       "\timport draskshelf\n"
+                                       "\tdraskshelf.init()\n"
+                                       "maya.utils.executeDeferred(\"searchTab()\")\n";
 
 /// What a run of drask-status left on the console.
 struct StatusRun {
