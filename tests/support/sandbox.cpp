@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QtTest>
 
 #include <filesystem>
@@ -196,7 +197,11 @@ Sandbox::~Sandbox()
     if (QTest::currentTestFailed()) {
         qInfo("The sandbox stays: %s", qPrintable(keepRedFolder(root)));
     } else if (!QDir(root).removeRecursively()) {
-        qWarning("The sandbox could not be removed: %s", qPrintable(root));
+        // What an ordinary user may not write could not be taken away.
+        QProcess::execute("chmod", {"-R", "u+rwx", root});
+        if (!QDir(root).removeRecursively()) {
+            qWarning("The sandbox could not be removed: %s", qPrintable(root));
+        }
     }
 }
 

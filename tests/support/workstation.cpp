@@ -98,12 +98,4 @@ QByteArray Workstation::errors() const
     return read("tool/pluginError.txt");
 }
 
-Tree Workstation::treeWithoutLogs() const
-{
-    Tree everything = tree();
-    everything.remove("tool/plugin.log");
-    everything.remove("tool/pluginError.txt");
-    return everything;
-}
-
 } // namespace test

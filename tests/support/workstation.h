@@ -94,9 +94,6 @@ public:
     /// The bytes of pluginError.txt; null when there is none.
     QByteArray errors() const;
 
-    /// Everything but the tool's log and error file, which most cases compare on their own.
-    Tree treeWithoutLogs() const;
-
 private:
     QList<QPair<QString, QString>> hosts;
     QMap<QString, QStringList> settings;
