@@ -2,6 +2,7 @@
 #include "driver.h"
 
 #include "commandline.h"
+#include "disk/files.h"
 #include "globals.h"
 #include "hostcatalogue.h"
 #include "installpass.h"
@@ -14,7 +15,6 @@
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <QFile>
 
 // Deliberate (globals): the modes set them once, and everything below only reads them.
 QString username;
@@ -23,17 +23,6 @@ bool onlyWriteConfig = false;
 const int pluginVersion = 24;
 
 namespace {
-
-/// Deliberate (log-in-working-folder): looks in the working directory, while the log is written
-/// beside the program; a run from elsewhere therefore adds to the log that support already has.
-void removePreviousLogs()
-{
-    const QString log = QStringLiteral("plugin.log");
-    if (QFile::exists(log)) {
-        static_cast<void>(QFile::remove(log));
-    }
-    static_cast<void>(QFile::remove(QStringLiteral("pluginError.txt")));
-}
 
 int removeLegacyPlugins(const QString &listFile)
 {
@@ -111,6 +100,17 @@ int serveListedHosts(RunMode mode)
 }
 
 } // namespace
+
+void removePreviousLogs()
+{
+    // Deliberate (log-in-working-folder): looks in the working directory, while the log is written
+    // beside the program; a run from elsewhere therefore adds to the log that support already has.
+    const QString log = QStringLiteral("plugin.log");
+    if (fileExists(log)) {
+        static_cast<void>(removeFile(log));
+    }
+    static_cast<void>(removeFile(QStringLiteral("pluginError.txt")));
+}
 
 void dropMessage(QtMsgType /*type*/, const QMessageLogContext & /*context*/,
                  const QString & /*message*/)

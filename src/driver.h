@@ -16,6 +16,9 @@
 /// the last positive result of an uninstallation (see uninstallPluginFunction()).
 int runDriver(int argc, char *argv[]);
 
+/// Removes plugin.log and pluginError.txt from the working directory. What cannot be removed stays.
+void removePreviousLogs();
+
 /// Runs the mode that \a commandLine asks for and returns the exit code. The core application
 /// object and the message handler are in place already.
 int runMode(const CommandLine &commandLine);

@@ -262,6 +262,7 @@ Answer plan(const Options &options)
     {
         const OtherDisk::Guard foretold(disk);
         const ForetoldLog log;
+        removePreviousLogs();
         exitCode = runMode({modeOf(options.mode), QString()});
         lines = log.all();
     }

@@ -275,7 +275,10 @@ void RandomWorld::disturbFile(const QString &relative)
 /// Puts nothing, an obstacle, an empty file, a folder or a link in the place of \a relative.
 void RandomWorld::replaceFile(const QString &relative)
 {
-    const bool isOfTheTool = relative == "tool" || relative.startsWith("tool/plugins");
+    if (relative == "tool") {
+        return; // Without it there is nothing to run.
+    }
+    const bool isOfTheTool = relative.startsWith("tool/plugins");
     const QString whole = path(relative);
     if (QFileInfo::exists(whole) || QFileInfo(whole).isSymLink()) {
         remove(relative);
