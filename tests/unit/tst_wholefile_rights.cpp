@@ -12,6 +12,15 @@ constexpr QIODevice::OpenMode adding = rewriting | QIODevice::Append;
 
 const QByteArray large(30000, 'x');
 
+/// Gives an ordinary user the sandbox, and in it a file with these rights.
+void writeOfOrdinaryUser(const test::Sandbox &sandbox, unsigned rights)
+{
+    sandbox.write("file", "old");
+    test::giveToOrdinaryUser(sandbox.path());
+    test::giveToOrdinaryUser(sandbox.path("file"));
+    test::setRights(sandbox.path("file"), rights);
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(QIODevice::OpenMode)
@@ -32,10 +41,7 @@ private slots:
     {
         QFETCH(QIODevice::OpenMode, mode);
         const test::Sandbox sandbox;
-        sandbox.write("file", "old");
-        test::giveToOrdinaryUser(sandbox.path());
-        test::giveToOrdinaryUser(sandbox.path("file"));
-        test::setRights(sandbox.path("file"), 0444);
+        writeOfOrdinaryUser(sandbox, 0444);
         QString reason;
         {
             BECOME_ORDINARY_USER_OR_SKIP();
@@ -106,10 +112,7 @@ private slots:
     {
         QFETCH(QIODevice::OpenMode, mode);
         const test::Sandbox sandbox;
-        sandbox.write("file", "old");
-        test::giveToOrdinaryUser(sandbox.path());
-        test::giveToOrdinaryUser(sandbox.path("file"));
-        test::setRights(sandbox.path("file"), 0200);
+        writeOfOrdinaryUser(sandbox, 0200);
         bool isWritten = false;
         {
             BECOME_ORDINARY_USER_OR_SKIP();
